@@ -1,0 +1,61 @@
+/*
+ * message_layer.h - what a program supplies to the codec.
+ *
+ * The codec (kvt_str) calls three names that the message layer around it defines: a log function,
+ * its threshold, and the function that releases records. A program defines all three itself, or
+ * links the library kvt_message_layer, which defines them as described here.
+ */
+#ifndef KVT_MESSAGE_LAYER_H
+#define KVT_MESSAGE_LAYER_H
+
+#include <stdint.h>
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/*
+ * Where log lines go; NULL (the default) for nowhere.
+ *
+ * file, line  the place in the codec's source.
+ * func        the function that logs.
+ * level       0 for errors, 6 for the readers' traces of every field, line and element.
+ * format      a printf format for the arguments that follow. Lines of level 6 end with a newline,
+ *             lines of level 0 do not.
+ *
+ * Called on the thread that called the codec. The format lives as long as the program; the
+ * arguments only until the function returns.
+ */
+extern void (*log_cb)(const char *file, int line, const char *func, int level, const char *format,
+                      ...);
+
+/* The highest level that is given to log_cb; 0 (only errors) by default, below 0 for none. */
+extern int log_level;
+
+/*
+ * Releases a record that kvt_msg_from_str made, with everything that hangs from it.
+ *
+ * msg_type  the record's kind. For a number that is no kind of record nothing is done.
+ * msg       the record; NULL is ignored. The counts in it must not exceed the elements that are
+ *           there; null pointers are fine beside any count.
+ *
+ * The one in kvt_message_layer frees the arrays, strings and elements, then the record.
+ */
+void kvt_msg_release(int32_t msg_type, void *msg);
+
+/*
+ * A log function to use as log_cb: prints each line to standard error, behind its place in the
+ * source; a line of more than 1,023 characters is cut. Only in kvt_message_layer.
+ */
+void kvt_log_to_stderr(const char *file, int line, const char *func, int level, const char *format,
+                       ...)
+#if defined(__GNUC__)
+    __attribute__((format(printf, 5, 6)))
+#endif
+    ;
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

@@ -1,0 +1,353 @@
+#include "record/read_arrays.h"
+
+#include <cstdlib>
+#include <cstring>
+
+#include "record/log.h"
+#include "record/member.h"
+#include "record/read_line.h"
+#include "record/release.h"
+
+namespace kvt_str {
+
+namespace {
+
+// --- The format of a row's scan, as the traces show it
+// --------------------------------------------
+
+/// The key and its conversion. Only made for a trace, and lives as long as that.
+struct ScanFormat {
+    char text[128] = {};
+
+    ScanFormat(const Row &row, const char *conversion) {
+        std::memcpy(text, row.label.text, row.key_length);
+        std::memcpy(text + row.key_length, conversion, std::strlen(conversion));
+    }
+};
+
+/// A row's key alone. Only made for a trace, and lives as long as that.
+struct Key : ScanFormat {
+    explicit Key(const Row &row) : ScanFormat(row, "") {}
+};
+
+constexpr char quoted_conversion[] = ":%*[^\"]\"%[^\"]\"";
+
+// --- Growing -------------------------------------------------------------------------------------
+
+constexpr size_t first_capacity = 5;
+
+/// A heap array that grows by an element at a time: room for 5, then doubled whenever it is full.
+struct GrowingArray {
+    size_t element_size;
+    char *block = nullptr;
+    size_t capacity = 0;
+    size_t count = 0;
+
+    /// Room for one more element; null when there is no memory for it.
+    char *next() {
+        if (count == capacity && !grow()) {
+            return nullptr;
+        }
+        return block + count * element_size;
+    }
+
+    bool grow() {
+        const size_t grown = block == nullptr ? first_capacity : 2 * capacity;
+        void *moved = block == nullptr ? std::calloc(first_capacity, element_size)
+                                       : std::realloc(block, grown * element_size);
+        if (moved == nullptr) {
+            return false;
+        }
+        block = static_cast<char *>(moved);
+        capacity = grown;
+        return true;
+    }
+};
+
+/// Stores what a run has read and frees what an earlier run had.
+void replace_array(const Row &row, void *record, HeapArrays &heap, const GrowingArray &array) {
+    char *member = member_of(row, record);
+    void *earlier = load<void *>(member);
+    if (row.kind == RowKind::run) {
+        release_elements(*row.element, earlier, 0, heap.elements[row.heap_index]);
+    }
+    std::free(earlier);
+    store(member, array.block);
+    store_count(row, record, array.count);
+    heap.elements[row.heap_index] = array.count;
+}
+
+// --- Numbers -------------------------------------------------------------------------------------
+
+/// The texts of one width's traces.
+struct NumberTraces {
+    const char *reader;
+    const char *conversion;
+    const char *mismatch;
+    const char *element;
+    const char *end;
+};
+
+#define KVT_NUMBER_TRACES(reader, conversion)                                                      \
+    NumberTraces {                                                                                 \
+        reader, conversion, reader " missmatch, array[%.50s], frame_key[%.50s], value[%lx]\n",     \
+            reader " element[%u]=[0x%lx]\n",                                                       \
+            reader " END prim ptr, num_lements[0x%x], array[0][0x%lx]\n"                           \
+    }
+
+template <typename Number>
+const char *read_numbers(Input &input, const Row &row, const char *at, void *record,
+                         unsigned indent, HeapArrays &heap, const NumberTraces &traces) {
+    GrowingArray array{sizeof(Number)};
+    Number value = 0;
+    for (;;) {
+        uint64_t scanned;
+        const char *next = read_plain_line(input, row, at, indent, scanned);
+        if (next == nullptr) {
+            at = skip_blanks(at);
+            if (!has_key(row, at)) {
+                break;
+            }
+            next = after_newline(at);
+            if (!scan_value(row, at, scanned)) {
+                if (listens(trace_level)) {
+                    trace(traces.reader, traces.mismatch, at,
+                          ScanFormat(row, traces.conversion).text,
+                          static_cast<unsigned long>(value));
+                }
+                at = next;
+                continue;
+            }
+        }
+        at = next;
+        value = static_cast<Number>(scanned);
+        char *element = array.next();
+        if (element != nullptr) {
+            store(element, value);
+            ++array.count;
+            trace(traces.reader, traces.element, static_cast<unsigned>(array.count),
+                  static_cast<unsigned long>(value));
+        }
+    }
+    // An array without elements has no first one to show: 0 stands for it.
+    trace(traces.reader, traces.end, static_cast<unsigned>(array.count),
+          array.count != 0 ? static_cast<unsigned long>(load<Number>(array.block)) : 0UL);
+    replace_array(row, record, heap, array);
+    return at;
+}
+
+// --- Joined strings ------------------------------------------------------------------------------
+
+/// What a value shares with its comma and NUL in the 300 characters that the format gives it.
+constexpr size_t longest_joined_value = 298;
+
+/// A string that grows by a comma-ended value at a time. The room reckoned for a value is one more
+/// than it takes, and is doubled at most once for it: both decide where a long value is cut.
+struct JoinedString {
+    char *text = nullptr;
+    size_t capacity = 0;
+    size_t reckoned = 0;
+    size_t length = 0;
+
+    bool append(std::string_view value) {
+        const size_t needed = reckoned + value.size() + 2;
+        if (needed > capacity && !grow(value.size())) {
+            return false;
+        }
+        add(value.data(), value.size());
+        add(",", 1);
+        reckoned = needed;
+        return true;
+    }
+
+private:
+    bool grow(size_t first_length) {
+        const size_t grown = text == nullptr ? first_capacity * first_length : 2 * capacity;
+        void *moved = text == nullptr ? std::calloc(grown, 1) : std::realloc(text, grown);
+        if (moved == nullptr) {
+            return false;
+        }
+        text = static_cast<char *>(moved);
+        capacity = grown;
+        return true;
+    }
+
+    void add(const char *characters, size_t count) {
+        const size_t room = capacity - 1 - length;
+        const size_t added = count < room ? count : room;
+        std::memcpy(text + length, characters, added);
+        length += added;
+        text[length] = '\0';
+    }
+};
+
+} // namespace
+
+const char *_kvt_txt_unpack_primptr_uint16_t(Input &input, const Row &row, const char *at,
+                                             void *record, unsigned indent, HeapArrays &heap) {
+    static constexpr NumberTraces traces =
+        KVT_NUMBER_TRACES("_kvt_txt_unpack_primptr_uint16_t", ":%hu");
+    return read_numbers<uint16_t>(input, row, at, record, indent, heap, traces);
+}
+
+const char *_kvt_txt_unpack_primptr_uint32_t(Input &input, const Row &row, const char *at,
+                                             void *record, unsigned indent, HeapArrays &heap) {
+    static constexpr NumberTraces traces =
+        KVT_NUMBER_TRACES("_kvt_txt_unpack_primptr_uint32_t", ":%u");
+    return read_numbers<uint32_t>(input, row, at, record, indent, heap, traces);
+}
+
+const char *_kvt_txt_unpack_primptr_uint64_t(Input &input, const Row &row, const char *at,
+                                             void *record, unsigned indent, HeapArrays &heap) {
+    static constexpr NumberTraces traces =
+        KVT_NUMBER_TRACES("_kvt_txt_unpack_primptr_uint64_t", ":%lu");
+    return read_numbers<uint64_t>(input, row, at, record, indent, heap, traces);
+}
+
+const char *_kvt_txt_unpack_primptr_char(Input &input, const Row &row, const char *at,
+                                         void *record) {
+    static constexpr char reader[] = "_kvt_txt_unpack_primptr_char";
+    JoinedString joined;
+    unsigned count = 0;
+    // The buffer for one value that the traces show is cleared before each of them.
+    static constexpr char cleared_value[] = "";
+    for (at = skip_blanks(at); has_key(row, at); at = next_line(at)) {
+        const std::string_view value =
+            input.text.scan_quoted(at + row.key_length, longest_joined_value);
+        if (value.empty()) {
+            if (listens(trace_level)) {
+                trace(reader,
+                      "_kvt_txt_unpack_primptr_char missmatch, array[%.50s], frame_key[%.50s], "
+                      "value[%.50s]\n",
+                      at, ScanFormat(row, quoted_conversion).text, cleared_value);
+            }
+        } else if (joined.append(value)) {
+            ++count;
+            trace(reader, "_kvt_txt_unpack_primptr_char dst_ptr[%.50s], value[%.50s]\n",
+                  joined.text, cleared_value);
+        }
+    }
+    // The first character is shown with its sign, on every machine; 0 stands for an empty string.
+    const long first = joined.text != nullptr ? static_cast<signed char>(joined.text[0]) : 0;
+    trace(reader, "_kvt_txt_unpack_primptr_char END prim ptr, num_lements[0x%x], array[0][0x%lx]\n",
+          count, static_cast<unsigned long>(first));
+    // The last comma gives way to the NUL, so the length so far is that of the string with its NUL.
+    // A string that was cut short loses its last character in place of the comma.
+    if (joined.text != nullptr) {
+        joined.text[joined.length - 1] = '\0';
+    }
+    char *member = member_of(row, record);
+    std::free(load<void *>(member));
+    store(member, joined.text);
+    store_count(row, record, joined.length);
+    return at;
+}
+
+const char *_kvt_txt_unpack_primarray_char(Input &input, const Row &row, const char *at,
+                                           void *record) {
+    static constexpr char reader[] = "_kvt_txt_unpack_primarray_char";
+    /// The format takes no longer values; every character array is shorter.
+    static constexpr size_t longest_value = 199;
+    char *member = member_of(row, record);
+    std::memset(member, 0, row.capacity);
+    at = skip_blanks(at);
+    if (!has_key(row, at)) {
+        trace(reader, "_kvt_txt_unpack_primarray_char strncmp ret not 0, key[%.50s] array[%.50s]\n",
+              Key(row).text, at);
+        return at;
+    }
+    const std::string_view value = input.text.scan_quoted(at + row.key_length, longest_value);
+    const size_t room = row.capacity - size_t{1};
+    if (!value.empty()) {
+        std::memcpy(member, value.data(), value.size() < room ? value.size() : room);
+    }
+    at = after_newline(at);
+    trace(reader, "_kvt_txt_unpack_primarray_char txt unpack value[%.50s]\n", member);
+    return at;
+}
+
+const char *_kvt_txt_unpack_primarray_uint8_t(Input &input, const Row &row, const char *at,
+                                              void *record, unsigned indent) {
+    static constexpr char reader[] = "_kvt_txt_unpack_primarray_uint8_t";
+    char *member = member_of(row, record);
+    if (row.has(clear_at_run)) {
+        std::memset(member, 0, row.capacity);
+    }
+    for (unsigned i = 0; i < row.capacity; ++i) {
+        uint64_t value = 0;
+        const char *next = read_plain_line(input, row, at, indent, value);
+        if (next == nullptr) {
+            at = skip_blanks(at);
+            if (!has_key(row, at)) {
+                trace(reader,
+                      "_kvt_txt_unpack_primarray_uint8_t END ARRAY, key[%.50s] array[%.50s]\n",
+                      Key(row).text, at);
+                return at;
+            }
+            scan_value(row, at, value);
+            next = after_newline(at);
+        }
+        store(member + i, static_cast<uint8_t>(value));
+        at = next;
+        trace(reader, "_kvt_txt_unpack_primarray_uint8_t txt unpack value[0x%x]\n",
+              static_cast<unsigned>(static_cast<uint8_t>(value)));
+    }
+    for (at = skip_blanks(at); has_key(row, at); at = next_line(at)) {
+    }
+    return at;
+}
+
+const char *read_run(Input &input, const Row &row, const char *at, void *record, unsigned level,
+                     HeapArrays &heap) {
+    GrowingArray array{row.element->size};
+    do {
+        char *element = array.next();
+        if (element != nullptr) {
+            at = skip_blanks(row.element->unpack(input, at, element, level));
+            ++array.count;
+        } else {
+            at = find_block_end(at);
+        }
+    } while (has_key(row, at));
+    replace_array(row, record, heap, array);
+    return at;
+}
+
+const char *read_slots(Input &input, const Row &row, const char *at, void *record, unsigned level) {
+    char *slot = member_of(row, record);
+    unsigned in_use = 0;
+    do {
+        at = skip_blanks(row.element->unpack(input, at, slot, level));
+        slot += row.element->size;
+        ++in_use;
+    } while (in_use < row.capacity && has_key(row, at));
+    while (has_key(row, at)) {
+        at = find_block_end(at);
+    }
+    store_count(row, record, in_use);
+    return at;
+}
+
+void make_counts_agree(const Record &table, void *record, const HeapArrays &heap) {
+    for (const Row &row : table.rows) {
+        if (!row.is_array() && row.kind != RowKind::run) {
+            continue;
+        }
+        char *member = member_of(row, record);
+        const uint64_t elements = heap.elements[row.heap_index];
+        const uint64_t count = load_count(row, record);
+        if (count > elements) {
+            store_count(row, record, elements);
+        } else if (count < elements) {
+            if (row.kind == RowKind::run) {
+                release_elements(*row.element, load<void *>(member), count, elements);
+            }
+            if (count == 0) {
+                std::free(load<void *>(member));
+                store<void *>(member, nullptr);
+            }
+        }
+    }
+}
+
+} // namespace kvt_str

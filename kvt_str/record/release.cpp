@@ -1,0 +1,47 @@
+#include "record/release.h"
+
+#include <cstdlib>
+
+#include "record/member.h"
+
+namespace kvt_str {
+
+namespace {
+
+bool owns_memory(const Record &table) {
+    for (const Row &row : table.rows) {
+        if (row.kind == RowKind::joined_text || row.is_array() || row.kind == RowKind::run ||
+            (row.element != nullptr && owns_memory(*row.element))) {
+            return true;
+        }
+    }
+    return false;
+}
+
+} // namespace
+
+void release_elements(const Record &element, void *elements, uint64_t first, uint64_t end) {
+    // Elements that own nothing are not walked: a count of them that is too large does no harm.
+    if (elements == nullptr || !owns_memory(element)) {
+        return;
+    }
+    for (uint64_t i = first; i < end; ++i) {
+        release_members(element, static_cast<char *>(elements) + i * element.size);
+    }
+}
+
+void release_members(const Record &table, void *record) {
+    for (const Row &row : table.rows) {
+        char *member = member_of(row, record);
+        if (row.kind == RowKind::run) {
+            release_elements(*row.element, load<void *>(member), 0, load_count(row, record));
+        } else if (row.opens_block()) {
+            release_elements(*row.element, member, 0, row.capacity);
+        }
+        if (row.kind == RowKind::run || row.is_array() || row.kind == RowKind::joined_text) {
+            std::free(load<void *>(member));
+        }
+    }
+}
+
+} // namespace kvt_str

@@ -1,0 +1,349 @@
+// The notation of the tables:
+//
+//     RECORD(vemra_request_sm_data,
+//         FIELD(job_id),
+//         FIELD(data_type, always));
+//
+// defines RecordOf<vemra_request_sm_data>::table and the record's named routines. A row's kind and
+// width follow from the C type of its member; a member of the wrong type, a member that no row
+// covers and a key that an earlier one would capture do not compile.
+//
+//     FIELD(member)                number, float or text; the key is the member's name
+//     FIELD_AS("key", member)      the same under a key of its own
+//     JOINED_TEXT(member, length)  string on the heap, several lines joined with commas
+//     ARRAY(member, count)         numbers on the heap, one line each
+//     BYTES(member, terminator)    bytes in the record, one line each
+//     BLOCK(member)                record in the record
+//     RUN(member, count)           records on the heap, one block each
+//     RUN_AS("key", member, count) the same under a block name of its own
+//     SLOTS(member, count)         records in the record, one block each
+//
+// Options (row.h) follow the other arguments.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <iterator>
+#include <type_traits>
+#include <utility>
+
+#include "record/read.h"
+#include "record/row.h"
+#include "record/write.h"
+
+namespace kvt_str {
+
+// --- Rows ----------------------------------------------------------------------------------------
+
+template <typename Member, size_t size>
+constexpr Row make_row(const char (&label)[size], size_t offset, RowKind kind, unsigned options) {
+    Row row;
+    row.label = make_label(label);
+    row.kind = kind;
+    row.key_length = static_cast<uint8_t>(row.label.length - (row.opens_block() ? 3 : 2));
+    row.options = static_cast<uint8_t>(options);
+    row.capacity = std::is_array_v<Member> ? std::extent_v<Member> : 1;
+    row.offset = static_cast<uint32_t>(offset);
+    row.size = sizeof(Member);
+    return row;
+}
+
+/// The kind of a number or of an array of numbers, by the width of one.
+template <typename Number>
+constexpr RowKind by_width(RowKind one, RowKind two, RowKind four, RowKind eight) {
+    return sizeof(Number) == 1   ? one
+           : sizeof(Number) == 2 ? two
+           : sizeof(Number) == 4 ? four
+                                 : eight;
+}
+
+template <typename Member, size_t size>
+constexpr Row make_field(const char (&label)[size], size_t offset, unsigned options = no_options) {
+    if constexpr (std::is_array_v<Member>) {
+        static_assert(std::is_same_v<std::remove_extent_t<Member>, char>,
+                      "a FIELD that is an array is a text");
+        static_assert(std::extent_v<Member> > 50, "a trace shows 50 characters of the member");
+        return make_row<Member>(label, offset, RowKind::text, options);
+    } else if constexpr (std::is_same_v<Member, float>) {
+        return make_row<Member>(label, offset, RowKind::real, options);
+    } else if constexpr (std::is_same_v<Member, int32_t>) {
+        return make_row<Member>(label, offset, RowKind::signed32, options);
+    } else {
+        static_assert(std::is_unsigned_v<Member>, "a FIELD is a number, a float or a text");
+        return make_row<Member>(label, offset,
+                                by_width<Member>(RowKind::number8, RowKind::number16,
+                                                 RowKind::number32, RowKind::number64),
+                                options);
+    }
+}
+
+template <typename Count> constexpr Row with_count(Row row, size_t offset) {
+    static_assert(std::is_unsigned_v<Count>, "a count is an unsigned number");
+    row.count_offset = static_cast<uint32_t>(offset);
+    row.count_width = sizeof(Count);
+    return row;
+}
+
+template <typename Member, typename Length, size_t size>
+constexpr Row make_joined_text(const char (&label)[size], size_t offset, size_t length_offset) {
+    static_assert(std::is_same_v<Member, char *>, "a JOINED_TEXT is a char pointer");
+    static_assert(sizeof(Length) == 4, "the length of a JOINED_TEXT has 32 bits");
+    return with_count<Length>(make_row<Member>(label, offset, RowKind::joined_text, no_options),
+                              length_offset);
+}
+
+template <typename Member, typename Count, size_t size>
+constexpr Row make_array(const char (&label)[size], size_t offset, size_t count_offset) {
+    using Number = std::remove_pointer_t<Member>;
+    static_assert(std::is_pointer_v<Member> && std::is_unsigned_v<Number> && sizeof(Number) >= 2,
+                  "an ARRAY is a pointer to unsigned numbers of 16, 32 or 64 bits");
+    static_assert(sizeof(Count) == 4, "the count of an ARRAY has 32 bits");
+    return with_count<Count>(make_row<Member>(label, offset,
+                                              by_width<Number>(RowKind::bytes, RowKind::array16,
+                                                               RowKind::array32, RowKind::array64),
+                                              no_options),
+                             count_offset);
+}
+
+template <typename Member, size_t size>
+constexpr Row make_bytes(const char (&label)[size], size_t offset, uint8_t terminator,
+                         unsigned options = no_options) {
+    static_assert(std::is_same_v<std::remove_extent_t<Member>, uint8_t> && std::is_array_v<Member>,
+                  "BYTES are an array of uint8_t");
+    Row row = make_row<Member>(label, offset, RowKind::bytes, options);
+    row.terminator = terminator;
+    return row;
+}
+
+template <typename Member, size_t size>
+constexpr Row make_block(const char (&label)[size], size_t offset) {
+    Row row = make_row<Member>(label, offset, RowKind::block, no_options);
+    row.element = &RecordOf<Member>::table;
+    return row;
+}
+
+template <typename Member, typename Count, size_t size>
+constexpr Row make_run(const char (&label)[size], size_t offset, size_t count_offset,
+                       unsigned options = no_options) {
+    static_assert(std::is_pointer_v<Member>, "a RUN is a pointer to records");
+    Row row = make_row<Member>(label, offset, RowKind::run, options);
+    row.element = &RecordOf<std::remove_pointer_t<Member>>::table;
+    return with_count<Count>(row, count_offset);
+}
+
+template <typename Member, typename Count, size_t size>
+constexpr Row make_slots(const char (&label)[size], size_t offset, size_t count_offset) {
+    static_assert(std::is_array_v<Member>, "SLOTS are an array of records");
+    static_assert(sizeof(Count) == 1, "the count of SLOTS has 8 bits");
+    Row row = make_row<Member>(label, offset, RowKind::slots, no_options);
+    row.element = &RecordOf<std::remove_extent_t<Member>>::table;
+    return with_count<Count>(row, count_offset);
+}
+
+// Macros, since only they can name a member. `Type` is the record's, within RECORD.
+#define KVT_TYPE_OF(member) decltype(std::declval<Type &>().member)
+#define FIELD_AS(key, member, ...)                                                                 \
+    make_field<KVT_TYPE_OF(member)>(KVT_BLANKS key ": ",                                           \
+                                    offsetof(Type, member) __VA_OPT__(, ) __VA_ARGS__)
+#define FIELD(member, ...) FIELD_AS(#member, member __VA_OPT__(, ) __VA_ARGS__)
+#define JOINED_TEXT(member, length)                                                                \
+    make_joined_text<KVT_TYPE_OF(member), KVT_TYPE_OF(length)>(                                    \
+        KVT_BLANKS #member ": ", offsetof(Type, member), offsetof(Type, length))
+#define ARRAY(member, count)                                                                       \
+    make_array<KVT_TYPE_OF(member), KVT_TYPE_OF(count)>(                                           \
+        KVT_BLANKS #member ": ", offsetof(Type, member), offsetof(Type, count))
+#define BYTES(member, ...)                                                                         \
+    make_bytes<KVT_TYPE_OF(member)>(KVT_BLANKS #member ": ", offsetof(Type, member), __VA_ARGS__)
+#define BLOCK(member)                                                                              \
+    make_block<KVT_TYPE_OF(member)>(KVT_BLANKS #member " {\n", offsetof(Type, member))
+#define RUN_AS(key, member, count, ...)                                                            \
+    make_run<KVT_TYPE_OF(member), KVT_TYPE_OF(count)>(                                             \
+        KVT_BLANKS key " {\n", offsetof(Type, member),                                             \
+        offsetof(Type, count) __VA_OPT__(, ) __VA_ARGS__)
+#define RUN(member, count, ...) RUN_AS(#member, member, count __VA_OPT__(, ) __VA_ARGS__)
+#define SLOTS(member, count)                                                                       \
+    make_slots<KVT_TYPE_OF(member), KVT_TYPE_OF(count)>(                                           \
+        KVT_BLANKS #member " {\n", offsetof(Type, member), offsetof(Type, count))
+
+// --- Checks --------------------------------------------------------------------------------------
+
+constexpr bool is_prefix(const Label &key, size_t key_length, const Label &other, size_t length) {
+    if (key_length > length) {
+        return false;
+    }
+    for (size_t i = 0; i < key_length; ++i) {
+        if (key.text[i] != other.text[i]) {
+            return false;
+        }
+    }
+    return true;
+}
+
+/// No key can be captured by an earlier one, of which it would be a continuation.
+template <size_t count> constexpr bool keys_reachable(const Row (&rows)[count]) {
+    for (size_t i = 0; i < count; ++i) {
+        for (size_t j = i + 1; j < count; ++j) {
+            if (is_prefix(rows[i].label, rows[i].key_length, rows[j].label, rows[j].key_length)) {
+                return false;
+            }
+        }
+    }
+    return true;
+}
+
+template <size_t count> constexpr bool keys_have_width(const Row (&rows)[count]) {
+    for (const Row &row : rows) {
+        if (row.key_length < 2) {
+            return false;
+        }
+    }
+    return true;
+}
+
+/// Stands for a value of any type, to count the initializers that a struct takes.
+struct AnyValue {
+    template <typename Any> constexpr operator Any() const noexcept;
+};
+
+template <typename Type, size_t... i>
+constexpr bool takes_initializers(std::index_sequence<i...> /*unused*/) {
+    return requires {
+        Type{(static_cast<void>(i), AnyValue{})...};
+    };
+}
+
+/// Every member of the struct has its row: the rows are of different members, and either fill it
+/// to the last byte or are as many as the struct takes initializers (arrays count by element).
+template <typename Source> constexpr bool rows_cover_struct() {
+    size_t bytes = 0;
+    constexpr size_t initializers = [] {
+        size_t sum = 0;
+        for (const Row &row : Source::rows) {
+            sum += row.capacity;
+        }
+        return sum;
+    }();
+    for (const Row &row : Source::rows) {
+        bytes += row.size;
+        for (const Row &other : Source::rows) {
+            if (&row != &other && row.offset < other.offset + other.size &&
+                other.offset < row.offset + row.size) {
+                return false;
+            }
+        }
+    }
+    return bytes == sizeof(typename Source::Type) ||
+           !takes_initializers<typename Source::Type>(std::make_index_sequence<initializers + 1>{});
+}
+
+template <typename Source> constexpr size_t count_heap_rows() {
+    size_t count = 0;
+    for (const Row &row : Source::rows) {
+        count += row.is_array() || row.kind == RowKind::run;
+    }
+    return count;
+}
+
+// --- The finished table --------------------------------------------------------------------------
+
+inline constexpr char trace_member[] = " p_msg->";
+inline constexpr char trace_value[] = "[0x%x]\n";
+
+constexpr bool traces_value(const Row &row) {
+    return row.is_number() || row.kind == RowKind::real;
+}
+
+/// The formats of the traces of a record's numbers and floats, such as
+/// "_kvt_txt_unpack_msg_vemra_end_job p_msg->job_id[0x%x]\n", one after the other.
+template <typename Source> struct Traces {
+    static constexpr size_t total = [] {
+        size_t sum = 0;
+        for (const Row &row : Source::rows) {
+            if (traces_value(row)) {
+                sum += std::size(Source::reader) - 1 + std::size(trace_member) - 1 +
+                       row.key_length + std::size(trace_value);
+            }
+        }
+        return sum;
+    }();
+
+    static constexpr auto characters = [] {
+        std::array<char, total + 1> pool{};
+        size_t used = 0;
+        const auto append = [&](const char *text, size_t length) {
+            for (size_t i = 0; i < length; ++i) {
+                pool[used++] = text[i];
+            }
+        };
+        for (const Row &row : Source::rows) {
+            if (traces_value(row)) {
+                append(Source::reader, std::size(Source::reader) - 1);
+                append(trace_member, std::size(trace_member) - 1);
+                append(row.label.text, row.key_length);
+                append(trace_value, std::size(trace_value)); // its NUL too
+            }
+        }
+        return pool;
+    }();
+};
+
+template <typename Source> struct Finished {
+    static_assert(keys_have_width(Source::rows),
+                  "keys are compared in words: two characters at least");
+    static_assert(keys_reachable(Source::rows), "an earlier key is a prefix of a later one");
+    static_assert(rows_cover_struct<Source>(), "a member of the record has no row, or two");
+    static_assert(count_heap_rows<Source>() <= most_heap_rows);
+
+    static constexpr auto rows = [] {
+        std::array<Row, std::size(Source::rows)> result{};
+        const char *trace = Traces<Source>::characters.data();
+        uint8_t heap_rows = 0;
+        for (size_t i = 0; i < result.size(); ++i) {
+            Row &row = result[i];
+            row = Source::rows[i];
+            if (traces_value(row)) {
+                row.trace = trace;
+                while (*trace++ != '\0') {
+                }
+            }
+            if (row.is_array() || row.kind == RowKind::run) {
+                row.heap_index = heap_rows++;
+            }
+        }
+        return result;
+    }();
+};
+
+/// Defines the table of `type` and its routines, _kvt_txt_pack_<routine> and
+/// _kvt_txt_unpack_<routine>.
+#define DEFINE_RECORD(type, routine, reading, ...)                                                 \
+    namespace {                                                                                    \
+    struct type##_source {                                                                         \
+        using Type = ::type;                                                                       \
+        static constexpr char reader[] = "_kvt_txt_unpack_" #routine;                              \
+        static constexpr Row rows[] = {__VA_ARGS__};                                               \
+    };                                                                                             \
+    }                                                                                              \
+    template <>                                                                                    \
+    constinit const Record RecordOf<type>::table = {#type,                                         \
+                                                    type##_source::reader,                         \
+                                                    "_kvt_txt_unpack_" #routine                    \
+                                                    " mismatch, txt_msg[%.50s]\n",                 \
+                                                    Finished<type##_source>::rows,                 \
+                                                    sizeof(type),                                  \
+                                                    reading,                                       \
+                                                    _kvt_txt_pack_##routine,                       \
+                                                    _kvt_txt_unpack_##routine};                    \
+    char *_kvt_txt_pack_##routine(const void *record, const Label &opening, unsigned level,        \
+                                  char *out) {                                                     \
+        return write_block(RecordOf<type>::table, record, opening, level, out);                    \
+    }                                                                                              \
+    const char *_kvt_txt_unpack_##routine(Input &input, const char *at, void *record,              \
+                                          unsigned level) {                                        \
+        return read_block(RecordOf<type>::table, input, at, record, level);                        \
+    }                                                                                              \
+    static_assert(true)
+
+#define RECORD(type, ...) DEFINE_RECORD(type, msg_##type, Reading::plain, __VA_ARGS__)
+
+} // namespace kvt_str

@@ -1,0 +1,58 @@
+// A text that is being read, front to back.
+#pragma once
+
+#include <cstddef>
+#include <cstring>
+#include <string_view>
+
+namespace kvt_str {
+
+class Text {
+public:
+    explicit Text(const char *begin) : end_(begin + std::strlen(begin)) {}
+
+    /// The text's NUL. Wide loads must not reach past it.
+    const char *end() const { return end_; }
+
+    bool has(const char *at, size_t characters) const {
+        return static_cast<size_t>(end_ - at) >= characters;
+    }
+
+    /// The first double quote at or after `at`, or end(). Positions asked for must not go back: a
+    /// quote that was found, and that there is none, is remembered, so that a text of many keys
+    /// and few quotes is searched once and not at every key.
+    const char *find_quote(const char *at) {
+        if (quote_ == nullptr || quote_ < at) {
+            const void *found = std::memchr(at, '"', static_cast<size_t>(end_ - at));
+            quote_ = found != nullptr ? static_cast<const char *>(found) : end_;
+        }
+        return quote_;
+    }
+
+    /// Reads the value of a quoted line, given the position behind its key: as the C library's
+    /// `:%*[^"]"%[^"]"` does, bounded to `limit` characters. That wants a colon, at least one
+    /// character before the first quote, and at least one behind it; all may lie on later lines,
+    /// and the end of the text serves for the second quote. Empty where it does not match.
+    std::string_view scan_quoted(const char *behind_key, size_t limit) {
+        if (behind_key[0] != ':' || behind_key[1] == '"') {
+            return {};
+        }
+        const char *quote = find_quote(behind_key + 1);
+        if (quote == end_) {
+            return {};
+        }
+        const char *value = quote + 1;
+        const size_t rest = static_cast<size_t>(end_ - value);
+        const size_t most = rest < limit ? rest : limit;
+        const void *closing = std::memchr(value, '"', most);
+        return {value, closing != nullptr
+                           ? static_cast<size_t>(static_cast<const char *>(closing) - value)
+                           : most};
+    }
+
+private:
+    const char *end_;
+    const char *quote_ = nullptr;
+};
+
+} // namespace kvt_str

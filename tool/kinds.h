@@ -1,0 +1,11 @@
+// kvt kinds: lists the kinds of messages.
+#pragma once
+
+#include "problems.h"
+
+namespace kvt_tool {
+
+/// Prints the value, the name and the record of every kind that carries one.
+ExitStatus list_kinds();
+
+} // namespace kvt_tool
