@@ -176,7 +176,6 @@ const char *BlockReader::read_lines(const char *at) {
             }
             const Line line = look_at_line(at);
             // The first line is tried as a key before it is tested for the end; all others after.
-            const Row *plain_row = row;
             row = line.closes && !first ? nullptr : find_row(at);
             if (row == nullptr) {
                 if (line.closes) {
@@ -187,7 +186,8 @@ const char *BlockReader::read_lines(const char *at) {
                 at = line.opens ? find_block_end(at) : line.next;
                 continue;
             }
-            at = row == plain_row ? start : at;
+            // Lines of arrays are compared with their indentation.
+            at = row->is_array() || row->kind == RowKind::bytes ? start : at;
         }
         at = take_row(*row, at);
         expected = row + 1;

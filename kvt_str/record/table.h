@@ -29,6 +29,8 @@
 
 #include "record/read.h"
 #include "record/row.h"
+#include "record/table_checks.h"
+#include "record/trace_texts.h"
 #include "record/write.h"
 
 namespace kvt_str {
@@ -165,127 +167,7 @@ constexpr Row make_slots(const char (&label)[size], size_t offset, size_t count_
     make_slots<KVT_TYPE_OF(member), KVT_TYPE_OF(count)>(                                           \
         KVT_BLANKS #member " {\n", offsetof(Type, member), offsetof(Type, count))
 
-// --- Checks --------------------------------------------------------------------------------------
-
-constexpr bool is_prefix(const Label &key, size_t key_length, const Label &other, size_t length) {
-    if (key_length > length) {
-        return false;
-    }
-    for (size_t i = 0; i < key_length; ++i) {
-        if (key.text[i] != other.text[i]) {
-            return false;
-        }
-    }
-    return true;
-}
-
-/// No key can be captured by an earlier one, of which it would be a continuation.
-template <size_t count> constexpr bool keys_reachable(const Row (&rows)[count]) {
-    for (size_t i = 0; i < count; ++i) {
-        for (size_t j = i + 1; j < count; ++j) {
-            if (is_prefix(rows[i].label, rows[i].key_length, rows[j].label, rows[j].key_length)) {
-                return false;
-            }
-        }
-    }
-    return true;
-}
-
-template <size_t count> constexpr bool keys_have_width(const Row (&rows)[count]) {
-    for (const Row &row : rows) {
-        if (row.key_length < 2) {
-            return false;
-        }
-    }
-    return true;
-}
-
-/// Stands for a value of any type, to count the initializers that a struct takes.
-struct AnyValue {
-    template <typename Any> constexpr operator Any() const noexcept;
-};
-
-template <typename Type, size_t... i>
-constexpr bool takes_initializers(std::index_sequence<i...> /*unused*/) {
-    return requires {
-        Type{(static_cast<void>(i), AnyValue{})...};
-    };
-}
-
-/// Every member of the struct has its row: the rows are of different members, and either fill it
-/// to the last byte or are as many as the struct takes initializers (arrays count by element).
-template <typename Source> constexpr bool rows_cover_struct() {
-    size_t bytes = 0;
-    constexpr size_t initializers = [] {
-        size_t sum = 0;
-        for (const Row &row : Source::rows) {
-            sum += row.capacity;
-        }
-        return sum;
-    }();
-    for (const Row &row : Source::rows) {
-        bytes += row.size;
-        for (const Row &other : Source::rows) {
-            if (&row != &other && row.offset < other.offset + other.size &&
-                other.offset < row.offset + row.size) {
-                return false;
-            }
-        }
-    }
-    return bytes == sizeof(typename Source::Type) ||
-           !takes_initializers<typename Source::Type>(std::make_index_sequence<initializers + 1>{});
-}
-
-template <typename Source> constexpr size_t count_heap_rows() {
-    size_t count = 0;
-    for (const Row &row : Source::rows) {
-        count += row.is_array() || row.kind == RowKind::run;
-    }
-    return count;
-}
-
 // --- The finished table --------------------------------------------------------------------------
-
-inline constexpr char trace_member[] = " p_msg->";
-inline constexpr char trace_value[] = "[0x%x]\n";
-
-constexpr bool traces_value(const Row &row) {
-    return row.is_number() || row.kind == RowKind::real;
-}
-
-/// The formats of the traces of a record's numbers and floats, such as
-/// "_kvt_txt_unpack_msg_vemra_end_job p_msg->job_id[0x%x]\n", one after the other.
-template <typename Source> struct Traces {
-    static constexpr size_t total = [] {
-        size_t sum = 0;
-        for (const Row &row : Source::rows) {
-            if (traces_value(row)) {
-                sum += std::size(Source::reader) - 1 + std::size(trace_member) - 1 +
-                       row.key_length + std::size(trace_value);
-            }
-        }
-        return sum;
-    }();
-
-    static constexpr auto characters = [] {
-        std::array<char, total + 1> pool{};
-        size_t used = 0;
-        const auto append = [&](const char *text, size_t length) {
-            for (size_t i = 0; i < length; ++i) {
-                pool[used++] = text[i];
-            }
-        };
-        for (const Row &row : Source::rows) {
-            if (traces_value(row)) {
-                append(Source::reader, std::size(Source::reader) - 1);
-                append(trace_member, std::size(trace_member) - 1);
-                append(row.label.text, row.key_length);
-                append(trace_value, std::size(trace_value)); // its NUL too
-            }
-        }
-        return pool;
-    }();
-};
 
 template <typename Source> struct Finished {
     static_assert(keys_have_width(Source::rows),
