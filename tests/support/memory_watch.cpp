@@ -3,6 +3,12 @@
 #include <algorithm>
 #include <set>
 
+extern "C" {
+void *__real_calloc(size_t count, size_t size);
+void *__real_realloc(void *block, size_t size);
+void __real_free(void *block);
+}
+
 namespace kvt_test {
 
 namespace {
@@ -70,6 +76,13 @@ size_t MemoryWatch::alive() const {
     return state.alive.size();
 }
 
+void MemoryWatch::free_alive() {
+    for (void *block : state.alive) {
+        __real_free(block);
+    }
+    state.alive.clear();
+}
+
 size_t MemoryWatch::largest() const {
     return state.largest;
 }
@@ -77,10 +90,6 @@ size_t MemoryWatch::largest() const {
 } // namespace kvt_test
 
 extern "C" {
-
-void *__real_calloc(size_t count, size_t size);
-void *__real_realloc(void *block, size_t size);
-void __real_free(void *block);
 
 void *__wrap_calloc(size_t count, size_t size) {
     using kvt_test::state;

@@ -24,6 +24,7 @@ public:
     size_t requests() const; ///< callocs and reallocs since the last call of fail
     size_t failed() const;   ///< of these, those that failed
     size_t alive() const;    ///< blocks that were given out while it lives and are not freed
+    void free_alive();       ///< frees those blocks
     size_t largest() const;  ///< bytes of the largest request
 };
 

@@ -1,0 +1,209 @@
+// The codec against the literal form of the same format: texts, records and every log line.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <string>
+
+#include "record/release.h"
+#include "record/write.h"
+#include "support/literal_codec.h"
+#include "support/log_capture.h"
+#include "support/memory_watch.h"
+#include "support/mutations.h"
+#include "support/random_records.h"
+#include "support/tables.h"
+#include "text/scanner.h"
+
+namespace kvt_test {
+namespace {
+
+using namespace kvt_str;
+
+constexpr Label block_label = make_label(KVT_BLANKS "some_block {\n");
+
+/// How often each comparison is made. KVT_TEST_ROUNDS in the environment makes it more thorough.
+size_t rounds() {
+    const char *asked = std::getenv("KVT_TEST_ROUNDS");
+    return asked != nullptr ? std::strtoul(asked, nullptr, 10) : 300;
+}
+
+/// A text in a block of exactly its size, where a sanitizer sees every character too far.
+std::unique_ptr<char[]> exact_copy(const std::string &text) {
+    std::unique_ptr<char[]> copy(new char[text.size() + 1]);
+    std::memcpy(copy.get(), text.c_str(), text.size() + 1);
+    return copy;
+}
+
+/// What a reader makes of a text.
+struct Reading {
+    void *record;
+    ptrdiff_t stops_at;
+    std::vector<LogLine> log;
+};
+
+Reading read(const Record &table, const char *text, Counts counts, bool literally) {
+    LogCapture capture;
+    Reading reading{std::calloc(1, table.size), 0, {}};
+    const char *behind = nullptr;
+    if (literally) {
+        behind = literal_read(table, text, reading.record, counts);
+    } else {
+        Input input{Text(text), counts};
+        behind = skip_blanks(table.unpack(input, text, reading.record, 1));
+    }
+    reading.stops_at = behind - text;
+    reading.log = capture.take();
+    return reading;
+}
+
+/// The members that can be compared whatever the counts say: all but what hangs from pointers.
+std::string shallow_difference(const Record &table, const void *a, const void *b) {
+    for (const Row &row : table.rows) {
+        const char *x = static_cast<const char *>(a) + row.offset;
+        const char *y = static_cast<const char *>(b) + row.offset;
+        bool same = true;
+        if (row.kind == RowKind::block || row.kind == RowKind::slots) {
+            for (unsigned i = 0; i < row.capacity; ++i) {
+                const size_t offset = size_t{i} * row.element->size;
+                same &= shallow_difference(*row.element, x + offset, y + offset).empty();
+            }
+        } else if (row.kind == RowKind::run || row.is_array() || row.kind == RowKind::joined_text) {
+            same = (*reinterpret_cast<char *const *>(x) == nullptr) ==
+                   (*reinterpret_cast<char *const *>(y) == nullptr);
+        } else {
+            same = std::memcmp(x, y, row.size) == 0;
+        }
+        if (!same) {
+            return {row.label.text, row.key_length};
+        }
+    }
+    return {};
+}
+
+/// Reads a text both ways, with the allocations from `first_failure` on failing, `failures` of
+/// them, and expects the same record, position and log. False when it differs.
+bool expect_same_reading(const Record &table, const std::string &text, size_t first_failure,
+                         size_t failures) {
+    const auto copy = exact_copy(text);
+    std::string difference;
+    for (const Counts counts : {Counts::as_read, Counts::agree}) {
+        MemoryWatch watch;
+        watch.fail(first_failure + 1, failures); // number 0 is the record
+        const Reading codec = read(table, copy.get(), counts, false);
+        watch.fail(first_failure + 1, failures);
+        const Reading literal = read(table, copy.get(), counts, true);
+        watch.fail_nothing();
+
+        EXPECT_EQ(codec.stops_at, literal.stops_at);
+        EXPECT_EQ(codec.log, literal.log);
+        if (counts == Counts::as_read) {
+            difference = shallow_difference(table, codec.record, literal.record);
+            watch.free_alive(); // the counts may not tell what there is to release
+        } else {
+            difference = first_difference(table, codec.record, literal.record);
+            // Nothing is lost when the records are released by their counts.
+            for (void *record : {codec.record, literal.record}) {
+                release_members(table, record);
+                std::free(record);
+            }
+            EXPECT_EQ(watch.alive(), 0U);
+        }
+        EXPECT_EQ(difference, "");
+        if (testing::Test::HasFailure()) {
+            ADD_FAILURE() << table.name << ", counts "
+                          << (counts == Counts::agree ? "agree" : "as read") << ", failing "
+                          << first_failure << "+" << failures << ":\n"
+                          << text;
+            return false;
+        }
+    }
+    return true;
+}
+
+std::string random_text(const Record &table, Random &random) {
+    OwnedRecord record(table);
+    fill_randomly(table, record.get(), random);
+    return literal_write(table, record.get(), "some_block", 1);
+}
+
+TEST(AgainstTheLiteralForm, RandomRecordsAreWrittenAndMeasuredAlike) {
+    Random random(1);
+    for (const Record *table : all_tables()) {
+        for (size_t i = 0; i < rounds(); ++i) {
+            OwnedRecord record(*table);
+            fill_randomly(*table, record.get(), random);
+            for (const unsigned level : {1U, 2U, 3U}) {
+                const std::string literal =
+                    literal_write(*table, record.get(), "some_block", level);
+                ASSERT_EQ(measure_block(*table, record.get(), block_label, level), literal.size());
+                const std::unique_ptr<char[]> text(new char[literal.size() + 1]);
+                const char *behind = table->pack(record.get(), block_label, level, text.get());
+                ASSERT_EQ(std::string(text.get()), literal) << table->name;
+                ASSERT_EQ(behind, text.get() + literal.size());
+            }
+        }
+    }
+}
+
+TEST(AgainstTheLiteralForm, RandomRecordsSurviveWritingAndReading) {
+    Random random(2);
+    for (const Record *table : all_tables()) {
+        for (size_t i = 0; i < rounds(); ++i) {
+            OwnedRecord record(*table);
+            fill_randomly(*table, record.get(), random);
+            const auto text = exact_copy(literal_write(*table, record.get(), "some_block", 1));
+            OwnedRecord again(*table);
+            Input input{Text(text.get()), Counts::as_read};
+            const char *behind = table->unpack(input, text.get(), again.get(), 1);
+            ASSERT_EQ(*behind, '\0');
+            ASSERT_EQ(first_difference(*table, record.get(), again.get()), "")
+                << table->name << "\n"
+                << text.get();
+        }
+    }
+}
+
+TEST(AgainstTheLiteralForm, RandomTextsAreReadAlike) {
+    Random random(3);
+    for (const Record *table : all_tables()) {
+        for (size_t i = 0; i < rounds(); ++i) {
+            if (!expect_same_reading(*table, random_text(*table, random), 0, 0)) {
+                return;
+            }
+        }
+    }
+}
+
+TEST(AgainstTheLiteralForm, RandomMutationsOfTextsAreReadAlike) {
+    Random random(4);
+    for (const Record *table : all_tables()) {
+        for (size_t i = 0; i < rounds(); ++i) {
+            std::string text = random_text(*table, random);
+            for (uint64_t changes = 1 + below(random, 8); changes != 0; --changes) {
+                text = mutate(text, *table, random);
+                if (!expect_same_reading(*table, text, 0, 0)) {
+                    return;
+                }
+            }
+        }
+    }
+}
+
+TEST(AgainstTheLiteralForm, RandomTextsAreReadAlikeWhenAllocationsFail) {
+    Random random(5);
+    for (const Record *table : all_tables()) {
+        for (size_t i = 0; i < rounds() / 3; ++i) {
+            std::string text = random_text(*table, random);
+            text = mutate(text, *table, random);
+            if (!expect_same_reading(*table, text, below(random, 12), 1 + below(random, 3)) ||
+                !expect_same_reading(*table, text, 0, SIZE_MAX / 2)) {
+                return;
+            }
+        }
+    }
+}
+
+} // namespace
+} // namespace kvt_test

@@ -1,0 +1,471 @@
+#include "support/literal_codec.h"
+
+#include <cstdarg>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <vector>
+
+#include "kvt/kvt_str.h"
+#include "kvt/message_layer.h"
+#include "record/read_arrays.h"
+#include "record/release.h"
+
+namespace kvt_test {
+
+namespace {
+
+using namespace kvt_str;
+
+std::string key_of(const Row &row) {
+    return {row.label.text, row.key_length};
+}
+
+bool has(const char *at, const std::string &key) {
+    return std::strncmp(at, key.c_str(), key.size()) == 0;
+}
+
+const char *next(const char *at) {
+    return ::next_line(at);
+}
+
+template <typename... Arguments>
+void say(const std::string &function, const std::string &format, Arguments... arguments) {
+    if (log_cb != nullptr && log_level >= 6) {
+        log_cb("literal_codec.cpp", 1, function.c_str(), 6, format.c_str(), arguments...);
+    }
+}
+
+char *at_offset(void *record, uint32_t offset) {
+    return static_cast<char *>(record) + offset;
+}
+
+template <typename Value> Value get(const void *at) {
+    Value value;
+    std::memcpy(&value, at, sizeof value);
+    return value;
+}
+
+template <typename Value> void put(void *at, Value value) {
+    std::memcpy(at, &value, sizeof value);
+}
+
+uint64_t get_number(const void *at, unsigned width) {
+    return width == 1   ? get<uint8_t>(at)
+           : width == 2 ? get<uint16_t>(at)
+           : width == 4 ? get<uint32_t>(at)
+                        : get<uint64_t>(at);
+}
+
+void put_number(void *at, unsigned width, uint64_t value) {
+    switch (width) {
+    case 1:
+        put(at, static_cast<uint8_t>(value));
+        break;
+    case 2:
+        put(at, static_cast<uint16_t>(value));
+        break;
+    case 4:
+        put(at, static_cast<uint32_t>(value));
+        break;
+    default:
+        put(at, value);
+    }
+}
+
+const char *conversion(unsigned width) {
+    return width == 1 ? "%hhu" : width == 2 ? "%hu" : width == 4 ? "%u" : "%lu";
+}
+
+class LiteralReader {
+public:
+    LiteralReader(const Record &table, void *record, Counts counts)
+        : table_(table), record_(record), counts_mode_(counts) {}
+
+    const char *read(const char *at) {
+        if (table_.reading == Reading::plain) {
+            std::memset(record_, 0, table_.size);
+        }
+        at = read_lines(next(at));
+        if (counts_mode_ == Counts::agree) {
+            make_counts_agree(table_, record_, heap_);
+        }
+        return at;
+    }
+
+private:
+    const char *read_lines(const char *at) {
+        do {
+            if (*at == '\0') {
+                return at;
+            }
+            at = read_line(at);
+        } while (check_end_msg(at) == 0);
+        return next(at);
+    }
+
+    const char *read_line(const char *at) {
+        for (const Row &row : table_.rows) {
+            if (has(at, key_of(row))) {
+                return take(row, at);
+            }
+        }
+        if (check_end_msg(at) == 1) {
+            return at;
+        }
+        if (table_.reading == Reading::plain) {
+            say(table_.reader, std::string(table_.reader) + " mismatch, txt_msg[%.50s]\n", at);
+        }
+        return check_start_msg(at) == 1 ? find_end_msg(at) : next(at);
+    }
+
+    const char *take(const Row &row, const char *at) {
+        char *member = at_offset(record_, row.offset);
+        switch (row.kind) {
+        case RowKind::number8:
+        case RowKind::number16:
+        case RowKind::number32:
+        case RowKind::number64:
+        case RowKind::signed32: {
+            const std::string format = key_of(row) + ":" + conversion(row.size);
+            if (row.has(shared_value)) {
+                std::sscanf(at, format.c_str(), &shared_);
+                put_number(member, row.size, shared_);
+            } else {
+                std::sscanf(at, format.c_str(), member);
+            }
+            at = next(at);
+            say_value(row, static_cast<unsigned>(get_number(member, row.size)));
+            return at;
+        }
+        case RowKind::real: {
+            std::sscanf(at, (key_of(row) + ":%f").c_str(), member);
+            at = next(at);
+            const auto value = get<float>(member);
+            const bool held = value > -2147483904.0F && value < 4294967296.0F;
+            say_value(row, held ? static_cast<unsigned>(static_cast<long>(value)) : 0U);
+            return at;
+        }
+        case RowKind::text:
+            return read_text(row, at);
+        case RowKind::joined_text:
+            return read_joined(row, at);
+        case RowKind::array16:
+            return read_numbers<uint16_t>(row, at, "_kvt_txt_unpack_primptr_uint16_t");
+        case RowKind::array32:
+            return read_numbers<uint32_t>(row, at, "_kvt_txt_unpack_primptr_uint32_t");
+        case RowKind::array64:
+            return read_numbers<uint64_t>(row, at, "_kvt_txt_unpack_primptr_uint64_t");
+        case RowKind::bytes:
+            return read_bytes(row, at);
+        case RowKind::block:
+            return literal_read(*row.element, at, member, counts_mode_);
+        case RowKind::run:
+            return read_run(row, at);
+        case RowKind::slots:
+            return read_slots(row, at);
+        }
+        std::abort();
+    }
+
+    void say_value(const Row &row, unsigned value) {
+        if (table_.reading == Reading::plain) {
+            say(table_.reader, std::string(table_.reader) + " p_msg->" + key_of(row) + "[0x%x]\n",
+                value);
+        }
+    }
+
+    const char *read_text(const Row &row, const char *at) {
+        const std::string function = "_kvt_txt_unpack_primarray_char";
+        char *member = at_offset(record_, row.offset);
+        std::memset(member, 0, row.capacity);
+        char value[200] = {};
+        std::sscanf(at, (key_of(row) + R"(:%*[^"]"%199[^"]")").c_str(), value);
+        const size_t length = std::strlen(value);
+        std::memcpy(member, value, length < row.capacity - 1U ? length : row.capacity - 1U);
+        at = next(at);
+        say(function, function + " txt unpack value[%.50s]\n", value);
+        return at;
+    }
+
+    template <typename Number>
+    const char *read_numbers(const Row &row, const char *at, const std::string &function) {
+        const std::string format = key_of(row) + ":" + conversion(sizeof(Number));
+        Number *block = nullptr;
+        size_t capacity = 0;
+        size_t used = 0;
+        uint32_t count = 0;
+        Number value = 0;
+        while (has(at, key_of(row))) {
+            if (std::sscanf(at, format.c_str(), &value) != 1) {
+                say(function, function + " missmatch, array[%.50s], frame_key[%.50s], value[%lx]\n",
+                    at, format.c_str(), static_cast<unsigned long>(value));
+            } else {
+                if (used + sizeof(Number) > capacity) {
+                    void *grown = block == nullptr ? std::calloc(5, sizeof(Number))
+                                                   : std::realloc(block, 2 * capacity);
+                    if (grown == nullptr) {
+                        at = next(at);
+                        continue;
+                    }
+                    capacity = block == nullptr ? 5 * sizeof(Number) : 2 * capacity;
+                    block = static_cast<Number *>(grown);
+                }
+                used += sizeof(Number);
+                block[count++] = value;
+                say(function, function + " element[%u]=[0x%lx]\n", count,
+                    static_cast<unsigned long>(value));
+            }
+            at = next(at);
+        }
+        say(function, function + " END prim ptr, num_lements[0x%x], array[0][0x%lx]\n", count,
+            count != 0 ? static_cast<unsigned long>(block[0]) : 0UL);
+        replace(row, block, count);
+        return at;
+    }
+
+    const char *read_joined(const Row &row, const char *at) {
+        const std::string function = "_kvt_txt_unpack_primptr_char";
+        const std::string format = key_of(row) + R"(:%*[^"]"%[^"]")";
+        const std::string bounded = key_of(row) + R"(:%*[^"]"%298[^"]")";
+        char value[300] = {};
+        char *string = nullptr;
+        size_t capacity = 0;
+        size_t reserved = 0;
+        unsigned count = 0;
+        while (has(at, key_of(row))) {
+            if (std::sscanf(at, bounded.c_str(), value) != 1) {
+                say(function,
+                    function + " missmatch, array[%.50s], frame_key[%.50s], value[%.50s]\n", at,
+                    format.c_str(), value);
+            } else {
+                const size_t length = std::strlen(value);
+                const size_t needed = reserved + length + 2;
+                if (needed > capacity) {
+                    void *grown = string == nullptr ? std::calloc(5 * length, 1)
+                                                    : std::realloc(string, 2 * capacity);
+                    if (grown == nullptr) {
+                        std::memset(value, 0, sizeof value);
+                        at = next(at);
+                        continue;
+                    }
+                    capacity = string == nullptr ? 5 * length : 2 * capacity;
+                    string = static_cast<char *>(grown);
+                }
+                std::strcat(value, ",");
+                std::strncat(string, value, capacity - 1 - std::strlen(string));
+                std::memset(value, 0, length + 1);
+                reserved = needed;
+                ++count;
+                say(function, function + " dst_ptr[%.50s], value[%.50s]\n", string, value);
+            }
+            at = next(at);
+        }
+        const long first = string != nullptr ? static_cast<signed char>(string[0]) : 0;
+        say(function, function + " END prim ptr, num_lements[0x%x], array[0][0x%lx]\n", count,
+            static_cast<unsigned long>(first));
+        uint32_t size = 0;
+        if (string != nullptr) {
+            size = static_cast<uint32_t>(std::strlen(string));
+            string[size - 1] = '\0';
+        }
+        std::free(get<void *>(at_offset(record_, row.offset)));
+        put(at_offset(record_, row.offset), string);
+        put(at_offset(record_, row.count_offset), size);
+        return at;
+    }
+
+    const char *read_bytes(const Row &row, const char *at) {
+        const std::string function = "_kvt_txt_unpack_primarray_uint8_t";
+        const std::string format = key_of(row) + ":%hhu";
+        char *member = at_offset(record_, row.offset);
+        if (row.has(clear_at_run)) {
+            std::memset(member, 0, row.capacity);
+        }
+        for (unsigned i = 0; i < row.capacity; ++i) {
+            if (!has(at, key_of(row))) {
+                say(function, function + " END ARRAY, key[%.50s] array[%.50s]\n",
+                    key_of(row).c_str(), at);
+                return at;
+            }
+            uint8_t value = 0;
+            std::sscanf(at, format.c_str(), &value);
+            put(member + i, value);
+            at = next(at);
+            say(function, function + " txt unpack value[0x%x]\n", static_cast<unsigned>(value));
+        }
+        while (has(at, key_of(row))) {
+            at = next(at);
+        }
+        return at;
+    }
+
+    const char *read_run(const Row &row, const char *at) {
+        const size_t size = row.element->size;
+        char *block = nullptr;
+        size_t capacity = 0;
+        uint64_t count = 0;
+        do {
+            if ((count + 1) * size > capacity) {
+                void *grown =
+                    block == nullptr ? std::calloc(5, size) : std::realloc(block, 2 * capacity);
+                if (grown == nullptr) {
+                    at = find_end_msg(at);
+                    continue;
+                }
+                capacity = block == nullptr ? 5 * size : 2 * capacity;
+                block = static_cast<char *>(grown);
+            }
+            at = literal_read(*row.element, at, block + count * size, counts_mode_);
+            ++count;
+        } while (has(at, key_of(row)));
+        replace(row, block, count);
+        return at;
+    }
+
+    const char *read_slots(const Row &row, const char *at) {
+        char *slots = at_offset(record_, row.offset);
+        unsigned index = 0;
+        for (;;) {
+            at = literal_read(*row.element, at, slots + index * row.element->size, counts_mode_);
+            ++index;
+            if (index == row.capacity) {
+                while (has(at, key_of(row))) {
+                    at = find_end_msg(at);
+                }
+                break;
+            }
+            if (!has(at, key_of(row))) {
+                break;
+            }
+        }
+        put_number(at_offset(record_, row.count_offset), row.count_width, index);
+        return at;
+    }
+
+    /// Stores an array, and frees the one that it replaces.
+    void replace(const Row &row, void *block, uint64_t count) {
+        void *earlier = get<void *>(at_offset(record_, row.offset));
+        if (row.kind == RowKind::run) {
+            release_elements(*row.element, earlier, 0, heap_.elements[row.heap_index]);
+        }
+        std::free(earlier);
+        put(at_offset(record_, row.offset), block);
+        put_number(at_offset(record_, row.count_offset), row.count_width, count);
+        heap_.elements[row.heap_index] = count;
+    }
+
+    const Record &table_;
+    void *record_;
+    uint64_t shared_ = 0;
+    Counts counts_mode_;
+    HeapArrays heap_;
+};
+
+__attribute__((format(printf, 1, 2))) std::string print(const char *format, ...) {
+    va_list arguments;
+    va_start(arguments, format);
+    char *text = nullptr;
+    const int length = vasprintf(&text, format, arguments);
+    va_end(arguments);
+    std::string printed(text, static_cast<size_t>(length));
+    std::free(text);
+    return printed;
+}
+
+} // namespace
+
+const char *literal_read(const Record &table, const char *at, void *record, Counts counts) {
+    return LiteralReader(table, record, counts).read(at);
+}
+
+std::string literal_write(const Record &table, const void *record, const std::string &name,
+                          unsigned level) {
+    const auto pad = [](unsigned depth) {
+        return print("%*s", static_cast<int>(2 * depth), " ");
+    };
+    std::string out = pad(level) + name + " {\n";
+    for (const Row &row : table.rows) {
+        const char *member = static_cast<const char *>(record) + row.offset;
+        const char *count_at = static_cast<const char *>(record) + row.count_offset;
+        const std::string head = pad(level + 1) + key_of(row);
+        const auto line = [&](uint64_t value) {
+            out += head + print(": %lu", value) + "\n";
+        };
+        const auto quoted = [&](const char *text) {
+            if (text != nullptr && text[0] != '\0') {
+                out += head + print(": \"%s\"\n", text);
+            }
+        };
+        const auto numbers = [&](unsigned width) {
+            const char *elements = get<const char *>(member);
+            for (uint32_t i = 0; elements != nullptr && i < get<uint32_t>(count_at); ++i) {
+                line(get_number(elements + size_t{i} * width, width));
+            }
+        };
+        const auto blocks = [&](const char *elements, uint64_t count) {
+            for (uint64_t i = 0; elements != nullptr && i < count; ++i) {
+                out += literal_write(*row.element, elements + i * row.element->size, key_of(row),
+                                     level + 1);
+            }
+        };
+        switch (row.kind) {
+        case RowKind::number8:
+        case RowKind::number16:
+        case RowKind::number32:
+        case RowKind::number64:
+            if (get_number(member, row.size) != 0 || row.has(always)) {
+                line(get_number(member, row.size));
+            }
+            break;
+        case RowKind::signed32:
+            if (get<int32_t>(member) != 0 || row.has(always)) {
+                out += head + print(": %d\n", get<int32_t>(member));
+            }
+            break;
+        case RowKind::real:
+            if (get<float>(member) != 0.0F) {
+                out += head + print(": %g\n", static_cast<double>(get<float>(member)));
+            }
+            break;
+        case RowKind::text:
+            quoted(std::string(member, strnlen(member, row.capacity)).c_str());
+            break;
+        case RowKind::joined_text:
+            quoted(get<const char *>(member));
+            break;
+        case RowKind::array16:
+            numbers(2);
+            break;
+        case RowKind::array32:
+            numbers(4);
+            break;
+        case RowKind::array64:
+            numbers(8);
+            break;
+        case RowKind::bytes:
+            for (unsigned i = 0; i < row.capacity && get<uint8_t>(member + i) != row.terminator;
+                 ++i) {
+                line(get<uint8_t>(member + i));
+            }
+            break;
+        case RowKind::block:
+            blocks(member, 1);
+            break;
+        case RowKind::run: {
+            const uint64_t count = get_number(count_at, row.count_width);
+            blocks(get<const char *>(member),
+                   row.has(low_32_bits) ? static_cast<uint32_t>(count) : count);
+            break;
+        }
+        case RowKind::slots: {
+            const uint64_t count = get_number(count_at, row.count_width);
+            blocks(member, count < row.capacity ? count : row.capacity);
+            break;
+        }
+        }
+    }
+    return out + pad(level) + "}\n";
+}
+
+} // namespace kvt_test

@@ -1,0 +1,62 @@
+#include "support/test_records.h"
+
+#include "record/table.h"
+
+namespace kvt_str {
+
+// clang-format off
+RECORD(test_entry,
+    FIELD(id),
+    FIELD(name_len),
+    JOINED_TEXT(name, name_len),
+    FIELD(num_small),
+    ARRAY(small, num_small));
+
+DEFINE_RECORD(test_address, msg_test_address, Reading::untraced_merge,
+    FIELD(prefix, shared_value),
+    FIELD(guid, shared_value),
+    FIELD(plain));
+
+RECORD(test_slot,
+    FIELD(tree_idx),
+    FIELD(tree_id));
+
+RECORD(test_everything,
+    FIELD(byte),
+    FIELD(word),
+    FIELD(number_always, always),
+    FIELD(number),
+    FIELD(large),
+    FIELD(signed_number),
+    FIELD(share_exact),
+    FIELD(share, shared_value),
+    FIELD(mode, always | shared_value),
+    FIELD(text),
+    FIELD(hosts_len),
+    JOINED_TEXT(hosts, hosts_len),
+    FIELD(num_shorts),
+    ARRAY(shorts, num_shorts),
+    FIELD(num_ids),
+    ARRAY(ids, num_ids),
+    FIELD(num_guids),
+    ARRAY(guids, num_guids),
+    BYTES(indexes, 255, clear_at_run),
+    BYTES(reserved, 0),
+    BLOCK(address),
+    FIELD(entries_len),
+    RUN(entries, entries_len, low_32_bits),
+    FIELD(num_slots),
+    SLOTS(slots, num_slots));
+
+RECORD(test_group,
+    FIELD(num_entries),
+    RUN(entries, num_entries));
+
+RECORD(test_tree,
+    FIELD(groups_num),
+    RUN(groups, groups_num),
+    FIELD(others_num),
+    RUN_AS("other_slots", others, others_num));
+// clang-format on
+
+} // namespace kvt_str
