@@ -6,6 +6,7 @@
 #include "record/member.h"
 #include "record/read_arrays.h"
 #include "record/read_line.h"
+#include "record/release.h"
 #include "text/real.h"
 
 namespace kvt_str {
@@ -29,6 +30,7 @@ private:
 
     void take_number(const Row &row, const char *at);
     void take_real(const Row &row, const char *at);
+    const char *take_block(const Row &row, const char *at);
     const char *take_row(const Row &row, const char *at);
     void store_plain_number(const Row &row, uint64_t value);
     void trace_value(const Row &row) const;
@@ -111,6 +113,16 @@ void BlockReader::take_real(const Row &row, const char *at) {
     }
 }
 
+const char *BlockReader::take_block(const Row &row, const char *at) {
+    char *member = member_of(row, record_);
+    if (row.element->owns_heap) {
+        // An earlier block of the same name goes, with its arrays. Counts that lie do no harm here:
+        // what such arrays hold owns nothing in turn.
+        release_members(*row.element, member);
+    }
+    return row.element->unpack(input_, at, member, level_);
+}
+
 /// Takes the line at `at`, which has the row's key, and what follows it in a run or block.
 const char *BlockReader::take_row(const Row &row, const char *at) {
     const unsigned indent = indent_of(level_);
@@ -138,7 +150,7 @@ const char *BlockReader::take_row(const Row &row, const char *at) {
     case RowKind::bytes:
         return _kvt_txt_unpack_primarray_uint8_t(input_, row, at, record_, indent);
     case RowKind::block:
-        return row.element->unpack(input_, at, member_of(row, record_), level_);
+        return take_block(row, at);
     case RowKind::run:
         return read_run(input_, row, at, record_, level_, heap_);
     case RowKind::slots:

@@ -330,7 +330,7 @@ const char *read_slots(Input &input, const Row &row, const char *at, void *recor
 
 void make_counts_agree(const Record &table, void *record, const HeapArrays &heap) {
     for (const Row &row : table.rows) {
-        if (!row.is_array() && row.kind != RowKind::run) {
+        if (!row.counts_elements()) {
             continue;
         }
         char *member = member_of(row, record);

@@ -10,8 +10,7 @@ namespace {
 
 bool owns_memory(const Record &table) {
     for (const Row &row : table.rows) {
-        if (row.kind == RowKind::joined_text || row.is_array() || row.kind == RowKind::run ||
-            (row.element != nullptr && owns_memory(*row.element))) {
+        if (row.owns_heap() || (row.element != nullptr && owns_memory(*row.element))) {
             return true;
         }
     }
@@ -38,7 +37,7 @@ void release_members(const Record &table, void *record) {
         } else if (row.opens_block()) {
             release_elements(*row.element, member, 0, row.capacity);
         }
-        if (row.kind == RowKind::run || row.is_array() || row.kind == RowKind::joined_text) {
+        if (row.owns_heap()) {
             std::free(load<void *>(member));
         }
     }

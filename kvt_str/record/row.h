@@ -61,6 +61,11 @@ struct Row {
 
     constexpr bool is_array() const { return kind >= RowKind::array16 && kind <= RowKind::array64; }
 
+    /// An array or a run on the heap: its count tells how many elements there are.
+    constexpr bool counts_elements() const { return is_array() || kind == RowKind::run; }
+
+    constexpr bool owns_heap() const { return counts_elements() || kind == RowKind::joined_text; }
+
     constexpr bool opens_block() const { return kind >= RowKind::block; }
 
     constexpr bool has(RowOptions option) const { return (options & option) != 0; }
@@ -99,7 +104,8 @@ struct Record {
     const char *reader;   ///< name of the reader, as in the traces
     const char *mismatch; ///< format of the trace of an unknown line
     std::span<const Row> rows;
-    uint32_t size; ///< of the C type, in bytes
+    uint32_t size;  ///< of the C type, in bytes
+    bool owns_heap; ///< a row of it is an array, a string or a run on the heap
     Reading reading;
     PackRoutine *pack;
     UnpackRoutine *unpack;

@@ -174,7 +174,7 @@ template <typename Source> struct Finished {
                   "keys are compared in words: two characters at least");
     static_assert(keys_reachable(Source::rows), "an earlier key is a prefix of a later one");
     static_assert(rows_cover_struct<Source>(), "a member of the record has no row, or two");
-    static_assert(count_heap_rows<Source>() <= most_heap_rows);
+    static_assert(count_counted_rows<Source>() <= most_heap_rows);
 
     static constexpr auto rows = [] {
         std::array<Row, std::size(Source::rows)> result{};
@@ -188,7 +188,7 @@ template <typename Source> struct Finished {
                 while (*trace++ != '\0') {
                 }
             }
-            if (row.is_array() || row.kind == RowKind::run) {
+            if (row.counts_elements()) {
                 row.heap_index = heap_rows++;
             }
         }
@@ -196,9 +196,10 @@ template <typename Source> struct Finished {
     }();
 };
 
+// clang-format off
 /// Defines the table of `type` and its routines, _kvt_txt_pack_<routine> and
 /// _kvt_txt_unpack_<routine>.
-#define DEFINE_RECORD(type, routine, reading, ...)                                                 \
+#define DEFINE_RECORD(type, routine, how, ...)                                                     \
     namespace {                                                                                    \
     struct type##_source {                                                                         \
         using Type = ::type;                                                                       \
@@ -206,16 +207,17 @@ template <typename Source> struct Finished {
         static constexpr Row rows[] = {__VA_ARGS__};                                               \
     };                                                                                             \
     }                                                                                              \
-    template <>                                                                                    \
-    constinit const Record RecordOf<type>::table = {#type,                                         \
-                                                    type##_source::reader,                         \
-                                                    "_kvt_txt_unpack_" #routine                    \
-                                                    " mismatch, txt_msg[%.50s]\n",                 \
-                                                    Finished<type##_source>::rows,                 \
-                                                    sizeof(type),                                  \
-                                                    reading,                                       \
-                                                    _kvt_txt_pack_##routine,                       \
-                                                    _kvt_txt_unpack_##routine};                    \
+    template <> constinit const Record RecordOf<type>::table = {                                   \
+        .name = #type,                                                                             \
+        .reader = type##_source::reader,                                                           \
+        .mismatch = "_kvt_txt_unpack_" #routine " mismatch, txt_msg[%.50s]\n",                     \
+        .rows = Finished<type##_source>::rows,                                                     \
+        .size = sizeof(type),                                                                      \
+        .owns_heap = owns_heap<type##_source>(),                                                   \
+        .reading = how,                                                                            \
+        .pack = _kvt_txt_pack_##routine,                                                           \
+        .unpack = _kvt_txt_unpack_##routine,                                                       \
+    };                                                                                             \
     char *_kvt_txt_pack_##routine(const void *record, const Label &opening, unsigned level,        \
                                   char *out) {                                                     \
         return write_block(RecordOf<type>::table, record, opening, level, out);                    \
@@ -225,6 +227,7 @@ template <typename Source> struct Finished {
         return read_block(RecordOf<type>::table, input, at, record, level);                        \
     }                                                                                              \
     static_assert(true)
+// clang-format on
 
 #define RECORD(type, ...) DEFINE_RECORD(type, msg_##type, Reading::plain, __VA_ARGS__)
 

@@ -78,10 +78,19 @@ template <typename Source> constexpr bool rows_cover_struct() {
            !takes_initializers<typename Source::Type>(std::make_index_sequence<initializers + 1>{});
 }
 
-template <typename Source> constexpr size_t count_heap_rows() {
+template <typename Source> constexpr bool owns_heap() {
+    for (const Row &row : Source::rows) {
+        if (row.owns_heap()) {
+            return true;
+        }
+    }
+    return false;
+}
+
+template <typename Source> constexpr size_t count_counted_rows() {
     size_t count = 0;
     for (const Row &row : Source::rows) {
-        count += row.is_array() || row.kind == RowKind::run;
+        count += row.counts_elements();
     }
     return count;
 }

@@ -159,6 +159,9 @@ private:
         case RowKind::bytes:
             return read_bytes(row, at);
         case RowKind::block:
+            if (row.element->owns_heap) {
+                release_members(*row.element, member);
+            }
             return literal_read(*row.element, at, member, counts_mode_);
         case RowKind::run:
             return read_run(row, at);

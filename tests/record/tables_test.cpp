@@ -1,0 +1,82 @@
+// What the engine relies on in every table and the compiler cannot see.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "message_table.h"
+#include "support/tables.h"
+
+namespace kvt_test {
+namespace {
+
+using namespace kvt_str;
+
+/// Calls `visit` for a table and for those of the records in it, with the level of its block.
+template <typename Visit> void for_each_table(const Record &table, unsigned level, Visit visit) {
+    visit(table, level);
+    for (const Row &row : table.rows) {
+        if (row.element != nullptr) {
+            for_each_table(*row.element, level + 1, visit);
+        }
+    }
+}
+
+template <typename Visit> void for_each_table(Visit visit) {
+    for (const Record *table : all_tables()) {
+        for_each_table(*table, message_level, visit);
+    }
+}
+
+TEST(Tables, EveryLabelHasBlanksForTheDeepestLine) {
+    for_each_table([](const Record &table, unsigned level) {
+        EXPECT_LE(indent_of(level + 1), deepest_indent) << table.name;
+    });
+}
+
+TEST(Tables, LabelsOfRowsStandBehindBlanks) {
+    for_each_table([](const Record &table, unsigned /*level*/) {
+        for (const Row &row : table.rows) {
+            EXPECT_EQ(std::string(row.label.text - deepest_indent, deepest_indent),
+                      std::string(deepest_indent, ' '));
+            const std::string label(row.label.text, row.label.length);
+            const std::string key = label.substr(0, row.key_length);
+            EXPECT_EQ(label, key + (row.opens_block() ? " {\n" : ": "));
+        }
+    });
+}
+
+// A block that comes twice releases what the first one owned, by its counts: that is safe while
+// nothing that is counted owns anything in turn.
+TEST(Tables, ArraysOfNestedBlocksHoldNothingThatOwnsMemory) {
+    for_each_table([](const Record &table, unsigned /*level*/) {
+        for (const Row &row : table.rows) {
+            if (row.kind != RowKind::block && row.kind != RowKind::slots) {
+                continue;
+            }
+            for (const Row &inner : row.element->rows) {
+                if (inner.element != nullptr) {
+                    EXPECT_FALSE(inner.element->owns_heap) << table.name;
+                }
+            }
+        }
+    });
+}
+
+// Entries of slots are cleared without a look at what they own.
+TEST(Tables, SlotsOwnNothing) {
+    for_each_table([](const Record &table, unsigned /*level*/) {
+        for (const Row &row : table.rows) {
+            EXPECT_FALSE(row.kind == RowKind::slots && row.element->owns_heap) << table.name;
+        }
+    });
+}
+
+// Records that are not cleared before they are read must own nothing either.
+TEST(Tables, RecordsThatAreNotClearedOwnNothing) {
+    for_each_table([](const Record &table, unsigned /*level*/) {
+        EXPECT_FALSE(table.reading == Reading::untraced_merge && table.owns_heap) << table.name;
+    });
+}
+
+} // namespace
+} // namespace kvt_test
