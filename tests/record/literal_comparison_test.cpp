@@ -11,6 +11,7 @@
 #include "support/literal_codec.h"
 #include "support/log_capture.h"
 #include "support/memory_watch.h"
+#include "support/messages.h"
 #include "support/mutations.h"
 #include "support/random_records.h"
 #include "support/tables.h"
@@ -27,13 +28,6 @@ constexpr Label block_label = make_label(KVT_BLANKS "some_block {\n");
 size_t rounds() {
     const char *asked = std::getenv("KVT_TEST_ROUNDS");
     return asked != nullptr ? std::strtoul(asked, nullptr, 10) : 300;
-}
-
-/// A text in a block of exactly its size, where a sanitizer sees every character too far.
-std::unique_ptr<char[]> exact_copy(const std::string &text) {
-    std::unique_ptr<char[]> copy(new char[text.size() + 1]);
-    std::memcpy(copy.get(), text.c_str(), text.size() + 1);
-    return copy;
 }
 
 /// What a reader makes of a text.
