@@ -40,13 +40,8 @@
 
 #include <stdint.h>
 
+#include "kvt/kvt_export.h"
 #include "kvt/messages/message_type.h"
-
-#if defined(__GNUC__)
-#define KVT_EXPORT __attribute__((visibility("default")))
-#else
-#define KVT_EXPORT
-#endif
 
 #ifdef __cplusplus
 /* An argument that is not read. Anything of a register's width or less may be passed for it. */

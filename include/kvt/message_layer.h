@@ -10,6 +10,8 @@
 
 #include <stdint.h>
 
+#include "kvt/kvt_export.h"
+
 #ifdef __cplusplus
 extern "C" {
 #endif
@@ -26,11 +28,11 @@ extern "C" {
  * Called on the thread that called the codec. The format lives as long as the program; the
  * arguments only until the function returns.
  */
-extern void (*log_cb)(const char *file, int line, const char *func, int level, const char *format,
-                      ...);
+KVT_EXPORT extern void (*log_cb)(const char *file, int line, const char *func, int level,
+                                 const char *format, ...);
 
 /* The highest level that is given to log_cb; 0 (only errors) by default, below 0 for none. */
-extern int log_level;
+KVT_EXPORT extern int log_level;
 
 /*
  * Releases a record that kvt_msg_from_str made, with everything that hangs from it.
@@ -41,14 +43,14 @@ extern int log_level;
  *
  * The one in kvt_message_layer frees the arrays, strings and elements, then the record.
  */
-void kvt_msg_release(int32_t msg_type, void *msg);
+KVT_EXPORT void kvt_msg_release(int32_t msg_type, void *msg);
 
 /*
  * A log function to use as log_cb: prints each line to standard error, behind its place in the
  * source; a line of more than 1,023 characters is cut. Only in kvt_message_layer.
  */
-void kvt_log_to_stderr(const char *file, int line, const char *func, int level, const char *format,
-                       ...)
+KVT_EXPORT void kvt_log_to_stderr(const char *file, int line, const char *func, int level,
+                                  const char *format, ...)
 #if defined(__GNUC__)
     __attribute__((format(printf, 5, 6)))
 #endif

@@ -1,0 +1,36 @@
+#!/usr/bin/env bash
+# Compares what a shared library of the codec exports and imports with what is promised: nine
+# functions out; in, the names of the message layer and some of the C library, and no C++ runtime.
+# Usage: check_symbols.sh LIBRARY
+set -euo pipefail
+library=$1
+
+exported="check_end_msg check_start_msg find_end_msg kvt_msg_arr_from_str kvt_msg_from_str
+kvt_msg_to_str kvt_str_get_buf_size next_line next_msg"
+
+imported="kvt_msg_release log_cb log_level
+calloc free freelocale memchr memcpy memmove memset newlocale realloc snprintf strchr strlen strnlen
+strtof uselocale
+__stack_chk_fail __memcpy_chk __snprintf_chk"
+
+sorted() { tr -s ' \n' '\n' | sed 's/@.*//' | sort -u; }
+
+found=$(nm -D --defined-only "$library" | awk '{print $NF}' | sorted)
+if [ "$found" != "$(sorted <<<"$exported")" ]; then
+    echo "exported, but not as promised:"
+    diff <(sorted <<<"$exported") <(echo "$found")
+    exit 1
+fi
+# Weak names (of the compiler's start-up files) may stay undefined.
+unknown=$(comm -13 <(sorted <<<"$imported") <(nm -D -u "$library" | awk '$1 == "U" {print $2}' | sorted))
+if [ -n "$unknown" ]; then
+    echo "imported, but not promised:" $unknown
+    exit 1
+fi
+for name in kvt_msg_release log_cb log_level; do
+    nm -D -u "$library" | grep -qw "$name" || { echo "not imported: $name"; exit 1; }
+done
+if readelf -d "$library" | grep NEEDED | grep -v 'libc\.so'; then
+    echo "needs more than the C library"
+    exit 1
+fi
