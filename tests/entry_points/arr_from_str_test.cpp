@@ -8,6 +8,7 @@
 #include "support/messages.h"
 #include "support/mutations.h"
 #include "support/random_records.h"
+#include "support/strict_release.h"
 
 namespace kvt_test {
 namespace {
@@ -263,10 +264,44 @@ TEST(ArrFromStr, RandomMessagesOfEveryKindAreSplitAsTheyWereJoined) {
     }
 }
 
+TEST(ArrFromStr, CountsAreMadeToAgreeWithTheElements) {
+    const auto reply = [](const std::string &lines) {
+        return message_text("RESERVATION_INFO_REPLY",
+                            "  reservation_info_list {\n" + lines + "    status: 0\n  }\n");
+    };
+    const auto element = [](int id, const std::string &lines) {
+        return "    reservation_list {\n      reservation_id: " + std::to_string(id) +
+               "\n      state: 0\n" + lines + "      resources {\n      }\n    }\n";
+    };
+    const std::string guids = "      num_guids: 1\n      port_guids: 8\n";
+    const std::string elements = element(1, guids) + element(2, guids) + element(3, guids);
+    const StrictRelease strict;
+    const MemoryWatch watch;
+    // A greater count is lowered, a smaller one cuts, and none at all leaves nothing.
+    EXPECT_EQ(split(reply(elements + "    x: 1\n    reservation_list_len: 99\n")).texts,
+              (std::vector<std::string>{reply("    reservation_list_len: 3\n" + elements)}));
+    EXPECT_EQ(
+        split(reply(elements + "    x: 1\n    reservation_list_len: 1\n")).texts,
+        (std::vector<std::string>{reply("    reservation_list_len: 1\n" + element(1, guids))}));
+    EXPECT_EQ(split(reply(elements + "    x: 1\n    reservation_list_len: 0\n")).texts,
+              (std::vector<std::string>{reply("")}));
+    EXPECT_EQ(split(reply("    reservation_list_len: 18446744073709551615\n")).texts,
+              (std::vector<std::string>{reply("")}));
+    // Within the elements too.
+    EXPECT_EQ(
+        split(reply(element(1, "      port_guids: 8\n      num_guids: 4294967295\n"))).texts,
+        (std::vector<std::string>{reply("    reservation_list_len: 1\n" + element(1, guids))}));
+    EXPECT_EQ(split(reply(element(1, "      num_guids: 7\n"))).texts,
+              (std::vector<std::string>{reply("    reservation_list_len: 1\n" + element(1, ""))}));
+    EXPECT_EQ(watch.alive(), 0U);
+    EXPECT_EQ(strict.released(), 6U);
+}
+
 // The release function walks the elements by their counts: texts whose counts lie must neither
 // make it read what is not there nor lose what is.
 TEST(ArrFromStr, RandomHostileTextsNeitherHarmNorLeak) {
     Random random(9);
+    const StrictRelease strict;
     for (int round = 0; round < 60; ++round) {
         for (const std::string &good : random_messages(random)) {
             const size_t name = good.find(": ") + 2;

@@ -185,6 +185,21 @@ TEST(AgainstTheLiteralForm, RandomMutationsOfTextsAreReadAlike) {
     }
 }
 
+TEST(AgainstTheLiteralForm, RandomTextsCutAtEveryCharacterAreReadAlike) {
+    Random random(6);
+    for (const Record *table : all_tables()) {
+        std::string text;
+        do {
+            text = random_text(*table, random);
+        } while (text.size() > 3000);
+        for (size_t length = 0; length < text.size(); ++length) {
+            if (!expect_same_reading(*table, text.substr(0, length), 0, 0)) {
+                return;
+            }
+        }
+    }
+}
+
 TEST(AgainstTheLiteralForm, RandomTextsAreReadAlikeWhenAllocationsFail) {
     Random random(5);
     for (const Record *table : all_tables()) {

@@ -103,23 +103,24 @@ TEST(NumberArrays, LinesThatDoNotScanAreTracedWithTheLastValueAndTaken) {
     EXPECT_EQ(read->shorts[1], 2U);
     EXPECT_EQ(read->byte, 1U);
     const std::string self = "_kvt_txt_unpack_primptr_uint16_t";
-    EXPECT_EQ(log.lines(),
-              (std::vector<LogLine>{
-                  {self, 6,
-                   self + " missmatch, array[shorts: x\n    shorts: 65537\n    shorts\n    shorts_], "
-                          "frame_key[shorts:%hu], value[0]\n"},
-                  {self, 6, self + " element[1]=[0x1]\n"},
-                  {self, 6,
-                   self + " missmatch, array[shorts\n    shorts_more: 1\n    shorts: 2 }\n    byte], "
-                          "frame_key[shorts:%hu], value[1]\n"},
-                  {self, 6,
-                   self + " missmatch, array[shorts_more: 1\n    shorts: 2 }\n    byte: 1\n}\n], "
-                          "frame_key[shorts:%hu], value[1]\n"},
-                  {self, 6, self + " element[2]=[0x2]\n"},
-                  {self, 6, self + " END prim ptr, num_lements[0x2], array[0][0x1]\n"},
-                  {"_kvt_txt_unpack_msg_test_everything", 6,
-                   "_kvt_txt_unpack_msg_test_everything p_msg->byte[0x1]\n"},
-              }));
+    EXPECT_EQ(
+        log.lines(),
+        (std::vector<LogLine>{
+            {self, 6,
+             self + " missmatch, array[shorts: x\n    shorts: 65537\n    shorts\n    shorts_], "
+                    "frame_key[shorts:%hu], value[0]\n"},
+            {self, 6, self + " element[1]=[0x1]\n"},
+            {self, 6,
+             self + " missmatch, array[shorts\n    shorts_more: 1\n    shorts: 2 }\n    byte], "
+                    "frame_key[shorts:%hu], value[1]\n"},
+            {self, 6,
+             self + " missmatch, array[shorts_more: 1\n    shorts: 2 }\n    byte: 1\n}\n], "
+                    "frame_key[shorts:%hu], value[1]\n"},
+            {self, 6, self + " element[2]=[0x2]\n"},
+            {self, 6, self + " END prim ptr, num_lements[0x2], array[0][0x1]\n"},
+            {"_kvt_txt_unpack_msg_test_everything", 6,
+             "_kvt_txt_unpack_msg_test_everything p_msg->byte[0x1]\n"},
+        }));
 }
 
 TEST(NumberArrays, ASecondRunReplacesTheFirst) {
