@@ -97,8 +97,8 @@ KVT_EXPORT uint32_t kvt_str_get_buf_size(int32_t msg_type, const void *msg);
  * msg                 where the address of the new record goes. NULL is an error.
  *
  * Returns 0 when a record was stored in `*msg`, however much of the text was understood: unknown
- * lines and blocks are skipped, values that do not scan leave their fields 0, the end of the text
- * ends every block. Returns -1 when `buf` or `msg` is NULL, the text does not begin with "msg",
+ * lines and blocks are skipped, a value that does not scan leaves its field as it was (0, unless an
+ * earlier line of the same key said otherwise), the end of the text ends every block. Returns -1 when `buf` or `msg` is NULL, the text does not begin with "msg",
  * its type is not a known one, or the record cannot be allocated; `*msg` is then untouched, but
  * NULL after a failed allocation. Failures are logged at level 0, except that a text which does
  * not begin with "msg" is refused without a word.

@@ -768,23 +768,24 @@ TEST(Reservations, ReservationInfoTracesPortsThatDoNotScan) {
                                                                     "    }\n"
                                                                     "    port_guids 7\n"
                                                                     "    unknown: 1\n"));
-    EXPECT_EQ(log.lines(),
-              (std::vector<LogLine>{
-                  trace("reservation_info", "p_msg->reservation_id[0x11]"),
-                  trace("reservation_info", "p_msg->pkey[0x1]"),
-                  trace("reservation_info", "p_msg->state[0x2]"),
-                  trace("reservation_info", "p_msg->num_guids[0x3]"),
-                  guids_trace("element[1]=[0x1f]"),
-                  guids_trace("missmatch, array[port_guids: x\n    resources {\n      unknown: 1\n   ], "
-                              "frame_key[port_guids:%lu], value[1f]"),
-                  guids_trace("END prim ptr, num_lements[0x1], array[0][0x1f]"),
-                  trace("reservation_resources",
-                        "mismatch, txt_msg[unknown: 1\n    }\n    port_guids 7\n    unknown: 1\n]"),
-                  guids_trace("missmatch, array[port_guids 7\n    unknown: 1\n  }\n}\n], "
-                              "frame_key[port_guids:%lu], value[0]"),
-                  guids_trace("END prim ptr, num_lements[0x0], array[0][0x0]"),
-                  trace("reservation_info", "mismatch, txt_msg[unknown: 1\n  }\n}\n]"),
-              }));
+    EXPECT_EQ(
+        log.lines(),
+        (std::vector<LogLine>{
+            trace("reservation_info", "p_msg->reservation_id[0x11]"),
+            trace("reservation_info", "p_msg->pkey[0x1]"),
+            trace("reservation_info", "p_msg->state[0x2]"),
+            trace("reservation_info", "p_msg->num_guids[0x3]"),
+            guids_trace("element[1]=[0x1f]"),
+            guids_trace("missmatch, array[port_guids: x\n    resources {\n      unknown: 1\n   ], "
+                        "frame_key[port_guids:%lu], value[1f]"),
+            guids_trace("END prim ptr, num_lements[0x1], array[0][0x1f]"),
+            trace("reservation_resources",
+                  "mismatch, txt_msg[unknown: 1\n    }\n    port_guids 7\n    unknown: 1\n ]"),
+            guids_trace("missmatch, array[port_guids 7\n    unknown: 1\n  }\n}\n], "
+                        "frame_key[port_guids:%lu], value[0]"),
+            guids_trace("END prim ptr, num_lements[0x0], array[0][0x0]"),
+            trace("reservation_info", "mismatch, txt_msg[unknown: 1\n  }\n}\n]"),
+        }));
     EXPECT_EQ(read->port_guids, nullptr);
     EXPECT_EQ(read->num_guids, 0U);
 }
