@@ -98,10 +98,11 @@ KVT_EXPORT uint32_t kvt_str_get_buf_size(int32_t msg_type, const void *msg);
  *
  * Returns 0 when a record was stored in `*msg`, however much of the text was understood: unknown
  * lines and blocks are skipped, a value that does not scan leaves its field as it was (0, unless an
- * earlier line of the same key said otherwise), the end of the text ends every block. Returns -1 when `buf` or `msg` is NULL, the text does not begin with "msg",
- * its type is not a known one, or the record cannot be allocated; `*msg` is then untouched, but
- * NULL after a failed allocation. Failures are logged at level 0, except that a text which does
- * not begin with "msg" is refused without a word.
+ * earlier line of the same key said otherwise), the end of the text ends every block. Returns -1
+ * when `buf` or `msg` is NULL, the text does not begin with "msg", its type is not a known one, or
+ * the record cannot be allocated; `*msg` is then untouched, but NULL after a failed allocation.
+ * Failures are logged at level 0, except that a text which does not begin with "msg" is refused
+ * without a word.
  *
  * The record and all that hangs from it come from calloc and realloc and belong to the caller,
  * who gives them to kvt_msg_release with the kind.

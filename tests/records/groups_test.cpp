@@ -819,7 +819,8 @@ TEST(Groups, AllocGroupsTracesEveryFieldUnderItsName) {
             {entry, 6, entry + " p_msg->tree_id[0x5]\n"},
             {entry, 6, entry + " p_msg->num_osts[0x6]\n"},
             {entry, 6,
-             entry + " mismatch, txt_msg[more: 1 {\n      }\n    }\n    num_processes: 7\n  ]\n"},
+             entry +
+                 " mismatch, txt_msg[more: 1 {\n      }\n    }\n    num_processes: 7\n    p]\n"},
             {reader, 6, reader + " p_msg->num_processes[0x7]\n"},
             {array, 6, array + " element[1]=[0xffffffff]\n"},
             {array, 6,
@@ -929,7 +930,8 @@ TEST(Groups, GroupsDataTracesEveryFieldUnderItsNameButNothingOfAMgid) {
             {quota, 6, quota + " p_msg->max_groups[0xe]\n"},
             {quota, 6, quota + " p_msg->max_qps[0xf]\n"},
             {quota, 6,
-             quota + " mismatch, txt_msg[more: 1\n      }\n      num_osts: 1\n    }\n    proc]\n"},
+             quota +
+                 " mismatch, txt_msg[more: 1\n      }\n      num_osts: 1\n    }\n    proces]\n"},
             {entry, 6,
              entry + " mismatch, txt_msg[num_osts: 1\n    }\n    processes: 1\n  }\n}\n]\n"},
             {reader, 6, reader + " mismatch, txt_msg[processes: 1\n  }\n}\n]\n"},
