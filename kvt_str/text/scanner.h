@@ -4,7 +4,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 
 namespace kvt_str {
 
@@ -20,10 +19,15 @@ inline const char *skip_blanks(const char *at) {
     return at;
 }
 
-/// The character behind the line's newline; the text's NUL when no newline is left.
+/// The character behind the line's newline; the text's NUL when no newline is left. Lines are
+/// short: a plain loop is as good as the C library's search, and never looks at more than the line.
 inline const char *after_newline(const char *at) {
-    const char *newline = std::strchr(at, '\n');
-    return newline != nullptr ? newline + 1 : at + std::strlen(at);
+    while (*at != '\0') {
+        if (*at++ == '\n') {
+            break;
+        }
+    }
+    return at;
 }
 
 inline const char *next_line(const char *at) {
