@@ -23,16 +23,16 @@ public:
     const char *read_lines(const char *at);
 
 private:
-    const Row *find_plain_row(const Row *first, const char *at, const char *&value) const;
-    const Row *find_row(const char *at) const;
+    const char *take_plain_line(const char *at);
 
     const Row *rows_end() const { return table_.rows.data() + table_.rows.size(); }
 
-    void take_number(const Row &row, const char *at);
-    void take_real(const Row &row, const char *at);
-    const char *take_block(const Row &row, const char *at);
-    const char *take_row(const Row &row, const char *at);
-    void store_plain_number(const Row &row, uint64_t value);
+    const Row *find_row(const char *at) const;
+    const char *take_row(const Row &row, const char *at, const char *next);
+    const char *take_blocks(const Row &row, const char *at);
+    void scan_number_of(const Row &row, const char *at);
+    void scan_real_of(const Row &row, const char *at);
+    void store_value(const Row &row, uint64_t value);
     void trace_value(const Row &row) const;
     void trace_mismatch(const char *at) const;
 
@@ -40,19 +40,38 @@ private:
     Input &input_;
     void *record_;
     unsigned level_; ///< of the lines
-    uint64_t shared_ = 0;
+    /// The writer's texts go through the rows in order: the next line is expected to be that of
+    /// this row, or of one behind it.
+    const Row *expected_ = table_.rows.data();
+    uint64_t shared_ = 0; ///< the value of the rows that share one
     HeapArrays heap_;
 };
 
-/// The row, from `first` on, whose label the line at `at` begins with in the writer's form. Such a
-/// line belongs to that row: no other key is a prefix of it, since no table has a key that an
-/// earlier one is a prefix of, and none that goes on behind the label's.
-const Row *BlockReader::find_plain_row(const Row *first, const char *at, const char *&value) const {
-    for (const Row *row = first; row != rows_end(); ++row) {
-        value = behind_label(input_, *row, at, indent_of(level_));
-        if (value != nullptr) {
-            return row;
+/// Takes the line at `at`, its first character, when it is in the writer's form to the letter: a
+/// number, or the opening of a block. Returns the position behind what it took; null, with nothing
+/// done, for any other line.
+///
+/// Such a line belongs to the row whose label it has: no table has a key that an earlier one is a
+/// prefix of, and no key goes on behind the label's. It holds no closing brace.
+const char *BlockReader::take_plain_line(const char *at) {
+    for (const Row *row = expected_; row != rows_end(); ++row) {
+        const char *value = behind_label(input_, *row, at, indent_of(level_));
+        if (value == nullptr) {
+            continue;
         }
+        if (row->opens_block()) {
+            expected_ = row + 1;
+            return take_blocks(*row, at);
+        }
+        uint64_t number;
+        const char *next =
+            row->is_number() ? read_plain_number(value, input_.text.end(), number) : nullptr;
+        if (next != nullptr) {
+            expected_ = row + 1;
+            store_value(*row, number);
+            trace_value(*row);
+        }
+        return next;
     }
     return nullptr;
 }
@@ -90,30 +109,35 @@ void BlockReader::trace_mismatch(const char *at) const {
     }
 }
 
-void BlockReader::store_plain_number(const Row &row, uint64_t value) {
+void BlockReader::store_value(const Row &row, uint64_t value) {
     if (row.has(shared_value)) {
         shared_ = value;
     }
     store_number(member_of(row, record_), row.size, value);
 }
 
-void BlockReader::take_number(const Row &row, const char *at) {
-    uint64_t value;
-    if (scan_value(row, at, value)) {
-        store_plain_number(row, value);
-    } else if (row.has(shared_value)) {
-        store_number(member_of(row, record_), row.size, shared_);
+void BlockReader::scan_number_of(const Row &row, const char *at) {
+    uint64_t value = shared_;
+    if (scan_value(row, at, value) || row.has(shared_value)) {
+        store_value(row, value);
     }
 }
 
-void BlockReader::take_real(const Row &row, const char *at) {
+void BlockReader::scan_real_of(const Row &row, const char *at) {
     float value;
     if (at[row.key_length] == ':' && scan_real(at + row.key_length + 1, value)) {
         store(member_of(row, record_), value);
     }
 }
 
-const char *BlockReader::take_block(const Row &row, const char *at) {
+/// Takes the block or the blocks of a row, whose first opening line is at `at`.
+const char *BlockReader::take_blocks(const Row &row, const char *at) {
+    if (row.kind == RowKind::run) {
+        return read_run(input_, row, at, record_, level_, heap_);
+    }
+    if (row.kind == RowKind::slots) {
+        return read_slots(input_, row, at, record_, level_);
+    }
     char *member = member_of(row, record_);
     if (row.element->owns_heap) {
         // An earlier block of the same name goes, with its arrays. Counts that lie do no harm here:
@@ -123,8 +147,9 @@ const char *BlockReader::take_block(const Row &row, const char *at) {
     return row.element->unpack(input_, at, member, level_);
 }
 
-/// Takes the line at `at`, which has the row's key, and what follows it in a run or block.
-const char *BlockReader::take_row(const Row &row, const char *at) {
+/// Takes the line at `at`, which has the row's key, and what belongs to it below; `next` is the
+/// start of the next line. Returns the position behind what it took.
+const char *BlockReader::take_row(const Row &row, const char *at, const char *next) {
     const unsigned indent = indent_of(level_);
     switch (row.kind) {
     case RowKind::number8:
@@ -132,11 +157,13 @@ const char *BlockReader::take_row(const Row &row, const char *at) {
     case RowKind::number32:
     case RowKind::number64:
     case RowKind::signed32:
-        take_number(row, at);
-        break;
+        scan_number_of(row, at);
+        trace_value(row);
+        return next;
     case RowKind::real:
-        take_real(row, at);
-        break;
+        scan_real_of(row, at);
+        trace_value(row);
+        return next;
     case RowKind::text:
         return _kvt_txt_unpack_primarray_char(input_, row, at, record_);
     case RowKind::joined_text:
@@ -150,59 +177,40 @@ const char *BlockReader::take_row(const Row &row, const char *at) {
     case RowKind::bytes:
         return _kvt_txt_unpack_primarray_uint8_t(input_, row, at, record_, indent);
     case RowKind::block:
-        return take_block(row, at);
     case RowKind::run:
-        return read_run(input_, row, at, record_, level_, heap_);
     case RowKind::slots:
-        return read_slots(input_, row, at, record_, level_);
+        return take_blocks(row, at);
     }
-    const char *next = after_newline(at);
-    trace_value(row);
     return next;
 }
 
 const char *BlockReader::read_lines(const char *at) {
-    // The writer's texts go through the rows in order: the next line is expected to be that of the
-    // next row, or of one a little further on.
-    const Row *expected = table_.rows.data();
     for (bool first = true;; first = false) {
-        const char *value = nullptr;
-        const Row *row = find_plain_row(expected, at, value);
-        if (row != nullptr && row->is_number()) {
-            uint64_t number;
-            const char *next = read_plain_number(value, input_.text.end(), number);
-            if (next != nullptr) {
-                store_plain_number(*row, number);
-                trace_value(*row);
-                expected = row + 1;
-                at = next;
-                continue;
-            }
+        const char *behind_plain = take_plain_line(at);
+        if (behind_plain != nullptr) {
+            at = behind_plain;
+            continue;
         }
-        // The label of a block is a whole line, and holds no closing brace.
-        if (row == nullptr || !row->opens_block()) {
-            const char *start = at;
-            at = skip_blanks(at);
-            if (*at == '\0') {
-                break;
-            }
-            const Line line = look_at_line(at);
-            // The first line is tried as a key before it is tested for the end; all others after.
-            row = line.closes && !first ? nullptr : find_row(at);
-            if (row == nullptr) {
-                if (line.closes) {
-                    at = line.next;
-                    break;
-                }
-                trace_mismatch(at);
-                at = line.opens ? find_block_end(at) : line.next;
-                continue;
-            }
-            // Lines of arrays are compared with their indentation.
-            at = row->is_array() || row->kind == RowKind::bytes ? start : at;
+        const char *start = at;
+        at = skip_blanks(at);
+        if (*at == '\0') {
+            break;
         }
-        at = take_row(*row, at);
-        expected = row + 1;
+        const Line line = look_at_line(at);
+        // The first line is tried as a key before it is tested for the end; all others after.
+        const Row *row = line.closes && !first ? nullptr : find_row(at);
+        if (row != nullptr) {
+            // Further lines of arrays are compared with their indentation: so is the first.
+            const bool is_array = row->is_array() || row->kind == RowKind::bytes;
+            at = take_row(*row, is_array ? start : at, line.next);
+            expected_ = row + 1;
+        } else if (line.closes) {
+            at = line.next;
+            break;
+        } else {
+            trace_mismatch(at);
+            at = line.opens ? find_block_end(at) : line.next;
+        }
     }
     if (input_.counts == Counts::agree) {
         make_counts_agree(table_, record_, heap_);
