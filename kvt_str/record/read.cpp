@@ -226,7 +226,7 @@ const char *read_block(const Record &table, Input &input, const char *at, void *
         std::memset(record, 0, table.size);
     }
     BlockReader reader(table, input, record, level);
-    return reader.read_lines(after_newline(at));
+    return reader.read_lines(input.text.after_line(at));
 }
 
 } // namespace kvt_str

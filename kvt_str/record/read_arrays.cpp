@@ -108,7 +108,7 @@ const char *read_numbers(Input &input, const Row &row, const char *at, void *rec
             if (!has_key(row, at)) {
                 break;
             }
-            next = after_newline(at);
+            next = input.text.after_line(at);
             if (!scan_value(row, at, scanned)) {
                 if (listens(trace_level)) {
                     trace(traces.reader, traces.mismatch, at,
@@ -211,7 +211,7 @@ const char *_kvt_txt_unpack_primptr_char(Input &input, const Row &row, const cha
     unsigned count = 0;
     // The buffer for one value that the traces show is cleared before each of them.
     static constexpr char cleared_value[] = "";
-    for (at = skip_blanks(at); has_key(row, at); at = next_line(at)) {
+    for (at = skip_blanks(at); has_key(row, at); at = skip_blanks(input.text.after_line(at))) {
         const std::string_view value =
             input.text.scan_quoted(at + row.key_length, longest_joined_value);
         if (value.empty()) {
@@ -261,7 +261,7 @@ const char *_kvt_txt_unpack_primarray_char(Input &input, const Row &row, const c
     if (!value.empty()) {
         std::memcpy(member, value.data(), value.size() < room ? value.size() : room);
     }
-    at = after_newline(at);
+    at = input.text.after_line(at);
     trace(reader, "_kvt_txt_unpack_primarray_char txt unpack value[%.50s]\n", member);
     return at;
 }
@@ -285,14 +285,14 @@ const char *_kvt_txt_unpack_primarray_uint8_t(Input &input, const Row &row, cons
                 return at;
             }
             scan_value(row, at, value);
-            next = after_newline(at);
+            next = input.text.after_line(at);
         }
         store(member + i, static_cast<uint8_t>(value));
         at = next;
         trace(reader, "_kvt_txt_unpack_primarray_uint8_t txt unpack value[0x%x]\n",
               static_cast<unsigned>(static_cast<uint8_t>(value)));
     }
-    for (at = skip_blanks(at); has_key(row, at); at = next_line(at)) {
+    for (at = skip_blanks(at); has_key(row, at); at = skip_blanks(input.text.after_line(at))) {
     }
     return at;
 }

@@ -18,6 +18,13 @@ public:
         return static_cast<size_t>(end_ - at) >= characters;
     }
 
+    /// The character behind the newline of the line at `at`, or end(): as after_newline of the
+    /// scanner, and faster for long lines.
+    const char *after_line(const char *at) const {
+        const void *newline = std::memchr(at, '\n', static_cast<size_t>(end_ - at));
+        return newline != nullptr ? static_cast<const char *>(newline) + 1 : end_;
+    }
+
     /// The first double quote at or after `at`, or end(). Positions asked for must not go back: a
     /// quote that was found, and that there is none, is remembered, so that a text of many keys
     /// and few quotes is searched once and not at every key.
