@@ -27,18 +27,21 @@ struct NoRecordTexts {
     const char *last;
 };
 
-/// The kind when it carries a record; else null, and the reason is logged.
-const MessageKind *kind_with_record(int32_t msg_type, const char *function,
-                                    const NoRecordTexts &texts) {
+/// The kind of a value when it carries a record, else null.
+const MessageKind *find_kind_with_record(int32_t msg_type) {
     const MessageKind *kind = find_kind(msg_type);
+    return kind != nullptr && kind->record != nullptr ? kind : nullptr;
+}
+
+/// Says that a value is no kind with a record.
+void log_no_record(int32_t msg_type, const char *function, const NoRecordTexts &texts) {
     if (msg_type == VEMRA_MSG_TYPE_NONE) {
         log(error_level, function, texts.none);
     } else if (msg_type == VEMRA_MSG_TYPE_LAST) {
         log(error_level, function, texts.last);
-    } else if (kind == nullptr || kind->record == nullptr) {
+    } else {
         log(error_level, function, "Invalid value given for msg_type[%d]", msg_type);
     }
-    return kind != nullptr && kind->record != nullptr ? kind : nullptr;
 }
 
 } // namespace
@@ -56,15 +59,16 @@ int32_t kvt_msg_to_str(int32_t msg_type, const void *msg, char *buf) {
             static_cast<const void *>(buf), msg);
         return -1;
     }
-    const MessageKind *kind = kind_with_record(msg_type, self, no_record);
+    const MessageKind *kind = find_kind_with_record(msg_type);
     char *out = buf;
     if (kind != nullptr) {
         const size_t head_length = std::strlen(kind->head);
         out = copy_words(out, kind->head, static_cast<unsigned>(head_length));
         out = kind->record->pack(msg, kind->opening, message_level, out);
     } else {
-        std::memcpy(out, envelope_opening, sizeof envelope_opening - 1);
+        std::memcpy(out, envelope_opening, sizeof envelope_opening);
         out += sizeof envelope_opening - 1;
+        log_no_record(msg_type, self, no_record);
     }
     std::memcpy(out, envelope_closing, sizeof envelope_closing);
     return 0;
@@ -79,8 +83,9 @@ uint32_t kvt_str_get_buf_size(int32_t msg_type, const void *msg) {
         log(error_level, self, "kvt_str_get_buf_size: No message was specified");
         return 0;
     }
-    const MessageKind *kind = kind_with_record(msg_type, self, no_record);
+    const MessageKind *kind = find_kind_with_record(msg_type);
     if (kind == nullptr) {
+        log_no_record(msg_type, self, no_record);
         const bool known = msg_type == VEMRA_MSG_TYPE_NONE || msg_type == VEMRA_MSG_TYPE_LAST;
         return known ? size_without_record : 0;
     }
@@ -109,6 +114,7 @@ int32_t kvt_msg_from_str(kvt_ignored /*ignored1*/, kvt_ignored /*ignored2*/, con
 int32_t kvt_msg_arr_from_str(const char *buf, uint32_t length, char ***msgs, uint32_t **kinds,
                              int32_t *count) {
     if (buf == nullptr || msgs == nullptr) {
+        // The text names the single reader: readers of logs know it so.
         log(error_level, "kvt_msg_arr_from_str",
             "kvt_msg_from_str: No buffer[%p] or msgs[%p] was specified",
             static_cast<const void *>(buf), static_cast<const void *>(msgs));

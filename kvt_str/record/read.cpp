@@ -214,6 +214,8 @@ const char *BlockReader::read_lines(const char *at) {
     }
     if (input_.counts == Counts::agree) {
         make_counts_agree(table_, record_, heap_);
+    } else {
+        remember_lying_counts(table_, input_, record_, heap_);
     }
     return at;
 }

@@ -25,6 +25,16 @@ struct ScanFormat {
     }
 };
 
+/// The first characters of a text that has no NUL. Only made for a trace, and lives as long as
+/// that.
+struct Excerpt {
+    char text[51] = {};
+
+    explicit Excerpt(std::string_view from) {
+        std::memcpy(text, from.data(), from.size() < sizeof text ? from.size() : sizeof text - 1);
+    }
+};
+
 /// A row's key alone. Only made for a trace, and lives as long as that.
 struct Key : ScanFormat {
     explicit Key(const Row &row) : ScanFormat(row, "") {}
@@ -65,16 +75,19 @@ struct GrowingArray {
 };
 
 /// Stores what a run has read and frees what an earlier run had.
-void replace_array(const Row &row, void *record, HeapArrays &heap, const GrowingArray &array) {
+void replace_array(const Row &row, const Input &input, void *record, HeapArrays &heap,
+                   const GrowingArray &array, size_t first_lie) {
     char *member = member_of(row, record);
     void *earlier = load<void *>(member);
     if (row.kind == RowKind::run) {
-        release_elements(*row.element, earlier, 0, heap.elements[row.heap_index]);
+        LyingCounts::Cursor lying(input.lying_counts, heap.first_lie[row.heap_index]);
+        release_elements(*row.element, earlier, 0, heap.elements[row.heap_index], &lying);
     }
     std::free(earlier);
     store(member, array.block);
     store_count(row, record, array.count);
     heap.elements[row.heap_index] = array.count;
+    heap.first_lie[row.heap_index] = first_lie;
 }
 
 // --- Numbers -------------------------------------------------------------------------------------
@@ -132,7 +145,7 @@ const char *read_numbers(Input &input, const Row &row, const char *at, void *rec
     // An array without elements has no first one to show: 0 stands for it.
     trace(traces.reader, traces.end, static_cast<unsigned>(array.count),
           array.count != 0 ? static_cast<unsigned long>(load<Number>(array.block)) : 0UL);
-    replace_array(row, record, heap, array);
+    replace_array(row, input, record, heap, array, input.lying_counts.size());
     return at;
 }
 
@@ -209,8 +222,10 @@ const char *_kvt_txt_unpack_primptr_char(Input &input, const Row &row, const cha
     static constexpr char reader[] = "_kvt_txt_unpack_primptr_char";
     JoinedString joined;
     unsigned count = 0;
-    // The buffer for one value that the traces show is cleared before each of them.
-    static constexpr char cleared_value[] = "";
+    // The traces show the buffer that a value is scanned into. It is cleared once the value has
+    // been added, so most of them show nothing, but a value for which there was no memory stays in
+    // it.
+    std::string_view buffered;
     for (at = skip_blanks(at); has_key(row, at); at = skip_blanks(input.text.after_line(at))) {
         const std::string_view value =
             input.text.scan_quoted(at + row.key_length, longest_joined_value);
@@ -219,12 +234,15 @@ const char *_kvt_txt_unpack_primptr_char(Input &input, const Row &row, const cha
                 trace(reader,
                       "_kvt_txt_unpack_primptr_char missmatch, array[%.50s], frame_key[%.50s], "
                       "value[%.50s]\n",
-                      at, ScanFormat(row, quoted_conversion).text, cleared_value);
+                      at, ScanFormat(row, quoted_conversion).text, Excerpt(buffered).text);
             }
         } else if (joined.append(value)) {
             ++count;
+            buffered = {};
             trace(reader, "_kvt_txt_unpack_primptr_char dst_ptr[%.50s], value[%.50s]\n",
-                  joined.text, cleared_value);
+                  joined.text, "");
+        } else {
+            buffered = value;
         }
     }
     // The first character is shown with its sign, on every machine; 0 stands for an empty string.
@@ -300,6 +318,7 @@ const char *_kvt_txt_unpack_primarray_uint8_t(Input &input, const Row &row, cons
 const char *read_run(Input &input, const Row &row, const char *at, void *record, unsigned level,
                      HeapArrays &heap) {
     GrowingArray array{row.element->size};
+    const size_t first_lie = input.lying_counts.size();
     do {
         char *element = array.next();
         if (element != nullptr) {
@@ -309,7 +328,7 @@ const char *read_run(Input &input, const Row &row, const char *at, void *record,
             at = find_block_end(at);
         }
     } while (has_key(row, at));
-    replace_array(row, record, heap, array);
+    replace_array(row, input, record, heap, array, first_lie);
     return at;
 }
 
@@ -328,24 +347,45 @@ const char *read_slots(Input &input, const Row &row, const char *at, void *recor
     return at;
 }
 
-void make_counts_agree(const Record &table, void *record, const HeapArrays &heap) {
+namespace {
+
+/// Makes the count of a row agree with the elements that were read.
+void make_count_agree(const Row &row, void *record, uint64_t elements) {
+    char *member = member_of(row, record);
+    const uint64_t count = load_count(row, record);
+    if (count > elements) {
+        store_count(row, record, elements);
+    } else if (count < elements) {
+        if (row.kind == RowKind::run) {
+            release_elements(*row.element, load<void *>(member), count, elements);
+        }
+        if (count == 0) {
+            std::free(load<void *>(member));
+            store<void *>(member, nullptr);
+        }
+    }
+}
+
+} // namespace
+
+void remember_lying_counts(const Record &table, Input &input, void *record, HeapArrays &heap) {
     for (const Row &row : table.rows) {
-        if (!row.counts_elements()) {
+        if (row.kind != RowKind::run) {
             continue;
         }
-        char *member = member_of(row, record);
         const uint64_t elements = heap.elements[row.heap_index];
-        const uint64_t count = load_count(row, record);
-        if (count > elements) {
-            store_count(row, record, elements);
-        } else if (count < elements) {
-            if (row.kind == RowKind::run) {
-                release_elements(*row.element, load<void *>(member), count, elements);
-            }
-            if (count == 0) {
-                std::free(load<void *>(member));
-                store<void *>(member, nullptr);
-            }
+        if (elements != 0 && load_count(row, record) != elements && owns_memory(*row.element) &&
+            !input.lying_counts.remember(load<void *>(member_of(row, record)), elements)) {
+            // Without memory for the truth the count cannot stay as it is.
+            make_count_agree(row, record, elements);
+        }
+    }
+}
+
+void make_counts_agree(const Record &table, void *record, const HeapArrays &heap) {
+    for (const Row &row : table.rows) {
+        if (row.counts_elements()) {
+            make_count_agree(row, record, heap.elements[row.heap_index]);
         }
     }
 }

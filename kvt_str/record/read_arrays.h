@@ -13,6 +13,7 @@ namespace kvt_str {
 /// a count line may hide.
 struct HeapArrays {
     uint64_t elements[most_heap_rows] = {};
+    size_t first_lie[most_heap_rows] = {}; ///< where the lying counts of a run's elements begin
 };
 
 /// Reads an array of numbers into a new block, which replaces the array of an earlier run.
@@ -45,6 +46,10 @@ const char *read_run(Input &input, const Row &row, const char *at, void *record,
 
 /// Reads blocks into the elements within the record, from the first on; further ones are skipped.
 const char *read_slots(Input &input, const Row &row, const char *at, void *record, unsigned level);
+
+/// Remembers every count of the record that differs from the elements that were read, where those
+/// own something: the record may be an element that is replaced.
+void remember_lying_counts(const Record &table, Input &input, void *record, HeapArrays &heap);
 
 /// Makes every count of the record agree with the elements that were read: a greater count is
 /// lowered; elements beyond a smaller one are released, and with the last one the array.

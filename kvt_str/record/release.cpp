@@ -6,8 +6,6 @@
 
 namespace kvt_str {
 
-namespace {
-
 bool owns_memory(const Record &table) {
     for (const Row &row : table.rows) {
         if (row.owns_heap() || (row.element != nullptr && owns_memory(*row.element))) {
@@ -17,25 +15,27 @@ bool owns_memory(const Record &table) {
     return false;
 }
 
-} // namespace
-
-void release_elements(const Record &element, void *elements, uint64_t first, uint64_t end) {
+void release_elements(const Record &element, void *elements, uint64_t first, uint64_t end,
+                      LyingCounts::Cursor *lying) {
     // Elements that own nothing are not walked: a count of them that is too large does no harm.
     if (elements == nullptr || !owns_memory(element)) {
         return;
     }
     for (uint64_t i = first; i < end; ++i) {
-        release_members(element, static_cast<char *>(elements) + i * element.size);
+        release_members(element, static_cast<char *>(elements) + i * element.size, lying);
     }
 }
 
-void release_members(const Record &table, void *record) {
+void release_members(const Record &table, void *record, LyingCounts::Cursor *lying) {
     for (const Row &row : table.rows) {
         char *member = member_of(row, record);
         if (row.kind == RowKind::run) {
-            release_elements(*row.element, load<void *>(member), 0, load_count(row, record));
+            void *elements = load<void *>(member);
+            const uint64_t count = load_count(row, record);
+            release_elements(*row.element, elements, 0,
+                             lying != nullptr ? lying->elements_of(elements, count) : count, lying);
         } else if (row.opens_block()) {
-            release_elements(*row.element, member, 0, row.capacity);
+            release_elements(*row.element, member, 0, row.capacity, lying);
         }
         if (row.owns_heap()) {
             std::free(load<void *>(member));

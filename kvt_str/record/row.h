@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <span>
 
+#include "record/lying_counts.h"
 #include "text/label.h"
 #include "text/text.h"
 
@@ -85,6 +86,7 @@ enum class Counts : uint8_t {
 struct Input {
     Text text;
     Counts counts;
+    LyingCounts lying_counts = {}; ///< of the elements read so far
 };
 
 /// Reads the block of a record. `at` is the block's opening line, whose name is not looked at;

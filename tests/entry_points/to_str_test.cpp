@@ -57,6 +57,24 @@ TEST(ToStr, AKindWithoutRecordGivesAnEmptyEnvelopeAndALogLine) {
     }
 }
 
+char *watched_buffer = nullptr;
+std::string seen_by_the_log;
+
+void look_at_buffer(const char * /*file*/, int /*line*/, const char * /*func*/, int /*level*/,
+                    const char * /*format*/, ...) {
+    seen_by_the_log = watched_buffer;
+}
+
+TEST(ToStr, TheFirstLineIsThereWhenAKindWithoutRecordIsLogged) {
+    char text[16] = "#########";
+    watched_buffer = text;
+    log_cb = look_at_buffer;
+    log_level = 0;
+    kvt_msg_to_str(25, text, text);
+    log_cb = nullptr;
+    EXPECT_EQ(seen_by_the_log, "msg {\n");
+}
+
 TEST(ToStr, ANullRecordOrBufferIsAnErrorAndNothingIsWritten) {
     LogCapture log(0);
     const vemra_end_job record = {};

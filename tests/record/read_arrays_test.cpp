@@ -232,6 +232,18 @@ TEST(JoinedStrings, DropTheLineWhoseGrowthFails) {
     EXPECT_EQ(read->hosts_len, 4U);
 }
 
+TEST(JoinedStrings, TraceAValueThatCouldNotBeAddedUntilAnotherIs) {
+    MemoryWatch watch;
+    watch.fail(1);
+    LogCapture log;
+    ReadBlock<test_everything> read("    hosts: \"abc\"\n    hosts_len: 5\n"
+                                    "    hosts: \"d\"\n    hosts_len: 5\n");
+    ASSERT_EQ(log.texts().size(), 4U);
+    EXPECT_TRUE(log.texts()[0].ends_with("value[abc]\n")) << log.texts()[0];
+    EXPECT_TRUE(log.texts()[1].ends_with("dst_ptr[d,], value[]\n")) << log.texts()[1];
+    EXPECT_TRUE(log.texts()[2].ends_with("value[]\n")) << log.texts()[2];
+}
+
 TEST(JoinedStrings, AreNullWithoutAValue) {
     LogCapture log;
     ReadBlock<test_everything> read("    hosts: \"\"\n    byte: 1\n");
@@ -408,6 +420,38 @@ TEST(Runs, AReplacedRunIsReleasedByItsTrueLengthWhateverItsCountSays) {
         EXPECT_STREQ(read->entries[0].name, "n8");
     }
     EXPECT_EQ(watch.alive(), 0U);
+}
+
+// The elements that go have runs of their own, whose counts a later line has changed.
+TEST(Runs, ElementsOfAReplacedRunAreReleasedByTheTrueLengthOfTheirOwnRuns) {
+    const auto group = [](int count, const std::string &count_line) {
+        return "  groups {\n" + entries(1, static_cast<uint64_t>(count)) + "    x: 1\n" +
+               count_line + "  }\n";
+    };
+    const auto says = [](const std::string &count) {
+        return "    num_entries: " + count + "\n";
+    };
+    const std::string run = group(2, says("4294967295")) + group(3, says("0")) + group(1, "") +
+                            group(0, says("7")) + group(7, says("8")) + group(3, says("2"));
+    const std::string last = "  x: 1\n" + group(1, "");
+    MemoryWatch watch;
+    {
+        ReadBlock<test_tree> read(run + "  x: 1\n  groups_num: 1\n" + last);
+        ASSERT_EQ(read->groups_num, 1U);
+        EXPECT_STREQ(read->groups[0].entries[0].name, "n1");
+    }
+    EXPECT_EQ(watch.alive(), 0U);
+    {
+        ReadBlock<test_tree> read(run + "  x: 1\n" + run + "  x: 1\n" + run + last);
+        EXPECT_EQ(read->groups_num, 1U);
+    }
+    EXPECT_EQ(watch.alive(), 0U);
+    // Nothing is lost either when there is no memory to remember the truth.
+    for (size_t failing = 0; failing < 80; ++failing) {
+        watch.fail(failing + 1);
+        { ReadBlock<test_tree> read(run + last); }
+        EXPECT_EQ(watch.alive(), 0U) << failing;
+    }
 }
 
 TEST(Runs, CountsCanBeMadeToAgreeAtEveryDepth) {

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "message_table.h"
+#include "record/release.h"
 #include "support/tables.h"
 
 namespace kvt_test {
@@ -57,6 +58,28 @@ TEST(Tables, ArraysOfNestedBlocksHoldNothingThatOwnsMemory) {
                 if (inner.element != nullptr) {
                     EXPECT_FALSE(inner.element->owns_heap) << table.name;
                 }
+            }
+        }
+    });
+}
+
+bool has_owning_run(const Record &table) {
+    return std::any_of(table.rows.begin(), table.rows.end(), [](const Row &row) {
+        return row.kind == RowKind::run && owns_memory(*row.element);
+    });
+}
+
+// The true lengths of runs whose counts lie are kept in the order of the elements that hold them:
+// enough while those elements' own elements hold no such run.
+TEST(Tables, RunsOfOwningElementsNestNoDeeperThanTwice) {
+    for_each_table([](const Record &table, unsigned /*level*/) {
+        for (const Row &row : table.rows) {
+            if (row.kind != RowKind::run) {
+                continue;
+            }
+            for (const Row &inner : row.element->rows) {
+                EXPECT_FALSE(inner.kind == RowKind::run && has_owning_run(*inner.element))
+                    << table.name;
             }
         }
     });

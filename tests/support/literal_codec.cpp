@@ -248,7 +248,6 @@ private:
                     void *grown = string == nullptr ? std::calloc(5 * length, 1)
                                                     : std::realloc(string, 2 * capacity);
                     if (grown == nullptr) {
-                        std::memset(value, 0, sizeof value);
                         at = next(at);
                         continue;
                     }

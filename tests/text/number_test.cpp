@@ -361,7 +361,9 @@ TEST(ReadPlainNumber, TakesAnyNumberWhateverLengthOfTextFollows) {
         const std::string number = digits.substr(0, count);
         for (size_t more = 0; more < 20; ++more) {
             const std::string rest(more, '7');
-            EXPECT_EQ(read_plain(number + "\n" + rest), (PlainNumber{std::stoull(number), rest}));
+            std::string text = number;
+            text.append("\n").append(rest);
+            EXPECT_EQ(read_plain(text), (PlainNumber{std::stoull(number), rest}));
         }
     }
 }

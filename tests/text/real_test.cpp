@@ -92,16 +92,14 @@ std::vector<std::string> telling_texts() {
         "18446744073709551616 x abc \xb5 5\xb5");
     std::vector<std::string> texts(std::istream_iterator<std::string>(words), {});
     texts.insert(texts.end(), {"", " ", "1e 5", "1 e5", "inf 5", "nan 5", "0x 1"});
-    texts.push_back(std::string(400, '1'));
-    texts.push_back("0." + std::string(400, '0') + "1");
-    texts.push_back("0." + std::string(400, '0') + "1e401");
-    texts.push_back(std::string(400, '0') + "1.5");
-    texts.push_back("1" + std::string(400, '0') + "e-400");
-    texts.push_back("0x" + std::string(400, '0') + "1p3");
-    texts.push_back("0x" + std::string(40, 'f'));
-    texts.push_back("0x." + std::string(40, '0') + "1p164");
-    texts.push_back("1.00000005960464477539062500000000000000000000000000000000000"); // half-way
-    texts.push_back("1.00000005960464477539062500000000000000000000000000000000001");
+    texts.insert(texts.end(),
+                 {std::string(400, '1'), std::string(400, '0') + "1.5",
+                  "0." + std::string(400, '0') + "1", "0." + std::string(400, '0') + "1e401",
+                  "1" + std::string(400, '0') + "e-400", "0x" + std::string(400, '0') + "1p3",
+                  "0x" + std::string(40, 'f'), "0x." + std::string(40, '0') + "1p164",
+                  // half-way between two floats, and a little more
+                  "1.00000005960464477539062500000000000000000000000000000000000",
+                  "1.00000005960464477539062500000000000000000000000000000000001"});
     return texts;
 }
 
@@ -253,6 +251,14 @@ TEST(ScanReal, KeepsTheSignOfNan) {
     ASSERT_TRUE(value.has_value());
     EXPECT_TRUE(std::isnan(*value));
     EXPECT_TRUE(std::signbit(*value));
+}
+
+TEST(ScanReal, DoesNotTakeWhatStandsInParenthesesBehindNan) {
+    const auto bits_of = [](const char *text) {
+        return std::bit_cast<uint32_t>(scan(text).value);
+    };
+    EXPECT_EQ(bits_of("nan(1)"), bits_of("nan"));
+    EXPECT_EQ(bits_of("-nan(0x5)"), bits_of("-nan"));
 }
 
 TEST(ScanReal, WantsAWordThatBeginsAsNanToBeOne) {
@@ -426,10 +432,10 @@ TEST(FormatReal, RandomValuesAreShownAsByTheCLibrary) {
 
 /// A locale with a decimal comma, where the machine has one.
 const char *comma_locale() {
+    const std::string before = std::setlocale(LC_ALL, nullptr);
     for (const char *name : {"de_DE.UTF-8", "fr_FR.UTF-8"}) {
-        const locale_t locale = newlocale(LC_ALL_MASK, name, nullptr);
-        if (locale != nullptr) {
-            freelocale(locale);
+        if (std::setlocale(LC_ALL, name) != nullptr) {
+            std::setlocale(LC_ALL, before.c_str());
             return name;
         }
     }
@@ -477,6 +483,7 @@ TEST(ScanRealUnderADecimalComma, TextsOfEveryFormAreScannedAsInTheCLocale) {
     SKIP_WITHOUT_COMMA_LOCALE();
     const std::vector<std::string> texts = telling_texts();
     std::vector<Scanned> expected;
+    expected.reserve(texts.size());
     for (const std::string &text : texts) {
         expected.push_back(scan_of_c_library(text));
     }
@@ -521,18 +528,24 @@ TEST(RealUnderADecimalComma, LeavesTheProcesssLocale) {
 
 TEST(RealUnderADecimalComma, IgnoresAndLeavesTheThreadsLocale) {
     SKIP_WITHOUT_COMMA_LOCALE();
-    const locale_t comma = newlocale(LC_ALL_MASK, comma_locale(), nullptr);
+    locale_t comma = nullptr;
+    {
+        const CommaLocale of_process;
+        comma = duplocale(LC_GLOBAL_LOCALE);
+    }
     const locale_t before = uselocale(comma);
+    const std::string text_of_thread = format_of_c_library(1.5F);
     const Scanned scanned_value = scan("1.5");
     const locale_t behind_scan = uselocale(nullptr);
     const std::string text = format(1.5F);
     const locale_t behind_format = uselocale(nullptr);
     uselocale(before);
-    freelocale(comma);
+    EXPECT_EQ(text_of_thread, "1,5");
     EXPECT_EQ(scanned_value, (Scanned{true, 1.5F}));
     EXPECT_EQ(text, "1.5");
     EXPECT_EQ(behind_scan, comma);
     EXPECT_EQ(behind_format, comma);
+    freelocale(comma);
 }
 
 } // namespace

@@ -38,7 +38,7 @@ std::string value_of_c_library(const std::string &text, size_t limit) {
 std::string scanned(const std::string &text, size_t limit = 199) {
     const auto copy = exact_copy(text);
     Text reader(copy.get());
-    const std::string value(reader.scan_quoted(copy.get() + 3, limit));
+    std::string value(reader.scan_quoted(copy.get() + 3, limit));
     EXPECT_EQ(value, value_of_c_library(text, limit)) << testing::PrintToString(text);
     return value;
 }
@@ -259,7 +259,7 @@ TEST(FindQuote, RandomPositionsMovingForwardGiveTheAnswerOfAFreshSearch) {
     }
 }
 
-// --- Text::end and Text::has ---------------------------------------------------------------------
+// --- Text::end, Text::has and Text::after_line ---------------------------------------------------
 
 TEST(TextEnd, IsTheTextsNul) {
     const auto text = exact_copy("abc");
@@ -277,6 +277,23 @@ TEST(TextHas, CountsTheCharactersBeforeTheNul) {
     EXPECT_FALSE(reader.has(text.get() + 2, 2));
     EXPECT_TRUE(reader.has(text.get() + 3, 0));
     EXPECT_FALSE(reader.has(text.get() + 3, 1));
+}
+
+TEST(TextAfterLine, IsTheCharacterBehindTheNewline) {
+    const auto text = exact_copy("ab\n\n  c\n");
+    const Text reader(text.get());
+    EXPECT_EQ(reader.after_line(text.get()), text.get() + 3);
+    EXPECT_EQ(reader.after_line(text.get() + 1), text.get() + 3);
+    EXPECT_EQ(reader.after_line(text.get() + 2), text.get() + 3);
+    EXPECT_EQ(reader.after_line(text.get() + 3), text.get() + 4);
+    EXPECT_EQ(reader.after_line(text.get() + 4), reader.end());
+}
+
+TEST(TextAfterLine, IsTheEndWhenNoNewlineIsLeft) {
+    const auto text = exact_copy("a\nbc");
+    const Text reader(text.get());
+    EXPECT_EQ(reader.after_line(text.get() + 2), reader.end());
+    EXPECT_EQ(reader.after_line(reader.end()), reader.end());
 }
 
 } // namespace
