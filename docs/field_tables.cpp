@@ -121,7 +121,7 @@ int main() {
         if (kind.record == nullptr) {
             continue;
         }
-        std::printf("\n#### %s\n\nKind %u, block `%.*s`, record `%s`.\n", kind.name, value_of(kind),
+        std::printf("\n#### %s\n\nKind %u, block `%.*s`, record `%s`.\n", kind.name, kind.value,
                     static_cast<int>(kind.opening.length - std::strlen(" {\n")), kind.opening.text,
                     kind.record->name);
         print_table(*kind.record);

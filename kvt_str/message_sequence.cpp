@@ -76,7 +76,7 @@ bool MessageSequence::read(const char *begin, uint32_t length) {
         if (at == nullptr) {
             return false;
         }
-        kinds_[count_++] = value_of(*kind);
+        kinds_[count_++] = kind->value;
         // 32 bits wide on purpose: a length that ends within the message wraps, and reading goes
         // on.
         const auto remaining = length - static_cast<uint32_t>(at - begin);

@@ -2,6 +2,7 @@
 
 #include <cstring>
 #include <iterator>
+#include <string_view>
 
 #include "kvt/messages/message_type.h"
 #include "records/records.h"
@@ -13,14 +14,14 @@ namespace {
 
 #define MESSAGE(name, block, record)                                                               \
     MessageKind {                                                                                  \
-#name, &RecordOf < record> ::table, "msg {\n  type: " #name "\n",                          \
+        VEMRA_MSG_TYPE_##name, #name, &RecordOf<record>::table, "msg {\n  type: " #name "\n",      \
             make_label(KVT_BLANKS block " {\n"),                                                   \
             "kvt_msg_from_str: Failed to allocate memory for " #record " message",                 \
             "kvt_msg_arr_from_str: Failed to allocate memory for " #record " message"              \
     }
 #define NO_RECORD(name)                                                                            \
     MessageKind {                                                                                  \
-#name, nullptr, nullptr, {}, nullptr, nullptr                                              \
+        VEMRA_MSG_TYPE_##name, #name, nullptr, nullptr, {}, nullptr, nullptr                       \
     }
 
 // clang-format off
@@ -51,9 +52,33 @@ constexpr MessageKind kinds[] = {
     MESSAGE(RESOURCE_DATA, "resource_message", vemra_resource_message),
     NO_RECORD(LAST),
 };
+
 // clang-format on
 
-static_assert(std::size(kinds) == VEMRA_MSG_TYPE_LAST + 1);
+constexpr bool rows_are_in_order() {
+    for (size_t i = 0; i < std::size(kinds); ++i) {
+        if (kinds[i].value != i) {
+            return false;
+        }
+    }
+    return true;
+}
+
+/// True when no name begins with an earlier one, which would take its texts.
+constexpr bool names_are_reachable() {
+    for (const MessageKind &later : kinds) {
+        for (const MessageKind *earlier = kinds; earlier != &later; ++earlier) {
+            if (std::string_view(later.name).starts_with(earlier->name)) {
+                return false;
+            }
+        }
+    }
+    return true;
+}
+
+static_assert(std::size(kinds) == VEMRA_MSG_TYPE_LAST + 1, "one row for every kind");
+static_assert(rows_are_in_order(), "a row stands at the place of its value");
+static_assert(names_are_reachable(), "a name must not begin with an earlier one");
 
 } // namespace
 
@@ -72,10 +97,6 @@ const MessageKind *find_kind(const char *name) {
         }
     }
     return nullptr;
-}
-
-uint32_t value_of(const MessageKind &kind) {
-    return static_cast<uint32_t>(&kind - kinds);
 }
 
 } // namespace kvt_str

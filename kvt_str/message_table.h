@@ -9,6 +9,7 @@
 namespace kvt_str {
 
 struct MessageKind {
+    uint32_t value;       ///< in the enumeration of kinds
     const char *name;     ///< as on the type line
     const Record *record; ///< null for a kind that carries none
 
@@ -27,9 +28,6 @@ const MessageKind *find_kind(int32_t msg_type);
 
 /// The kind of a name, which may go on behind the kind's own name; null for any other.
 const MessageKind *find_kind(const char *name);
-
-/// The value of a kind.
-uint32_t value_of(const MessageKind &kind);
 
 /// The level of a message's record block.
 inline constexpr unsigned message_level = 1;

@@ -1,8 +1,5 @@
-// Where log lines go.
+// Where log lines go until the program says otherwise: nowhere.
 #include "kvt/message_layer.h"
-
-#include <cstdarg>
-#include <cstdio>
 
 extern "C" {
 
@@ -10,22 +7,5 @@ void (*log_cb)(const char *file, int line, const char *func, int level, const ch
                ...) = nullptr;
 
 int log_level = 0;
-
-void kvt_log_to_stderr(const char *file, int line, const char *func, int level, const char *format,
-                       ...) {
-    // The texts of the traces begin with the function's name and end with a newline; errors do not.
-    const bool is_error = level == 0;
-    char text[1024];
-    va_list arguments;
-    va_start(arguments, format);
-    std::vsnprintf(text, sizeof text, format, arguments);
-    va_end(arguments);
-    // One call for the line, so that those of several threads do not mix.
-    if (is_error) {
-        std::fprintf(stderr, "%s:%d: %s: %s\n", file, line, func, text);
-    } else {
-        std::fprintf(stderr, "%s:%d: %s", file, line, text);
-    }
-}
 
 } // extern "C"

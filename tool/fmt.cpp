@@ -78,6 +78,10 @@ void Formatter::problem(const char *at, const std::string &what) {
 void Formatter::print(uint32_t kind, const void *record) {
     const auto type = static_cast<int32_t>(kind);
     const uint32_t size = kvt_str_get_buf_size(type, record);
+    if (size == 0) {
+        status_ = cannot_use(name_, "a message takes 4 GiB or more");
+        return;
+    }
     std::string text(size, '\0');
     kvt_msg_to_str(type, record, text.data());
     if (printed_before_) {
@@ -126,8 +130,8 @@ const char *Formatter::format_message(const char *at) {
         explain_unread(at);
         return find_next_message(at);
     }
-    print(value_of(*kind), record);
-    kvt_msg_release(static_cast<int32_t>(value_of(*kind)), record);
+    print(kind->value, record);
+    kvt_msg_release(static_cast<int32_t>(kind->value), record);
     return behind_message(at, behind);
 }
 

@@ -11,7 +11,7 @@ namespace kvt_tool {
 ExitStatus list_kinds() {
     std::printf("%-6s %-28s %s\n", "VALUE", "KIND", "RECORD");
     for (const kvt_str::MessageKind &kind : kvt_str::message_kinds()) {
-        std::printf("%-6u %-28s %s\n", kvt_str::value_of(kind), kind.name,
+        std::printf("%-6u %-28s %s\n", kind.value, kind.name,
                     kind.record != nullptr ? kind.record->name : "-");
     }
     return std::fflush(stdout) == 0 ? all_well

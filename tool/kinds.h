@@ -5,7 +5,7 @@
 
 namespace kvt_tool {
 
-/// Prints the value, the name and the record of every kind that carries one.
+/// Prints the value, the name and the record of every kind, "-" for one without a record.
 ExitStatus list_kinds();
 
 } // namespace kvt_tool

@@ -21,10 +21,11 @@ int main(int argc, char **argv) {
     CLI::App *fmt = app.add_subcommand("fmt", "Print messages in their normal form.");
     fmt->add_option("FILE", inputs, "Files to read; standard input when none, or for -");
     fmt->add_flag("-v,--verbose", verbose,
-                  "Show on standard error what the codec reads and what it skips");
+                  "Show the codec's traces on standard error: fields read, lines skipped");
     fmt->footer("Lines are put in order, fields that are zero left out, and lines that the format\n"
-                "does not know dropped. The files stay as they are. What is wrong is said on\n"
-                "standard error as FILE:LINE: WHAT.\n\n"
+                "does not know dropped without a word, like values that are none: -v shows them.\n"
+                "Broken messages are said on standard error as FILE:LINE: WHAT. The files stay\n"
+                "as they are.\n\n"
                 "Exit status: 0 all well, 1 something is wrong with a text, 2 a file cannot be\n"
                 "read or the output not written.\n\n"
                 "Example: kvt fmt job.kvt events.kvt > all.kvt");

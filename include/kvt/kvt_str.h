@@ -5,7 +5,7 @@
  *
  *     vemra_end_job job = {.job_id = 5, .reservation_id = 7};
  *     uint32_t size = kvt_str_get_buf_size(VEMRA_MSG_TYPE_END_JOB, &job);
- *     char *text = malloc(size);
+ *     char *text = malloc(size); // size is 0, and nothing to be written, only for a wrong kind
  *     kvt_msg_to_str(VEMRA_MSG_TYPE_END_JOB, &job, text);
  *
  * `text` now holds
@@ -81,8 +81,9 @@ KVT_EXPORT int32_t kvt_msg_to_str(int32_t msg_type, const void *msg, char *buf);
  * msg       the record of that kind; only read.
  *
  * Returns that size; 0, logged at level 0, when `msg` is NULL or `msg_type` is not a kind; 0 also
- * for a text of 4 GiB or more. For VEMRA_MSG_TYPE_NONE and VEMRA_MSG_TYPE_LAST it returns 6 and
- * logs, a number of no use: kvt_msg_to_str writes 9 characters for these.
+ * for a text of 4 GiB or more. After a 0 there is nothing to allocate, and kvt_msg_to_str must not
+ * be called. For VEMRA_MSG_TYPE_NONE and VEMRA_MSG_TYPE_LAST it returns 6 and logs, a number of no
+ * use: kvt_msg_to_str writes 9 characters for these.
  *
  * Nothing is allocated.
  */
@@ -92,8 +93,8 @@ KVT_EXPORT uint32_t kvt_str_get_buf_size(int32_t msg_type, const void *msg);
  * Reads one message into a new record.
  *
  * ignored1, ignored2  are not read; pass 0.
- * buf                 the NUL-terminated text, beginning with "msg"; what follows the message is
- *                     not looked at. NULL is an error.
+ * buf                 the NUL-terminated text, beginning with "msg"; what follows the message does
+ *                     not matter. NULL is an error.
  * msg                 where the address of the new record goes. NULL is an error.
  *
  * Returns 0 when a record was stored in `*msg`, however much of the text was understood: unknown
@@ -103,6 +104,13 @@ KVT_EXPORT uint32_t kvt_str_get_buf_size(int32_t msg_type, const void *msg);
  * the record cannot be allocated; `*msg` is then untouched, but NULL after a failed allocation.
  * Failures are logged at level 0, except that a text which does not begin with "msg" is refused
  * without a word.
+ *
+ * The kind is not told: it is the word on the type line, which the caller knows from elsewhere or
+ * takes from kvt_msg_arr_from_str. Reading a record as one of another kind is an error that nobody
+ * notices.
+ *
+ * The time is linear in the length of the whole text, up to its NUL: to go through a text of many
+ * messages, use kvt_msg_arr_from_str.
  *
  * The record and all that hangs from it come from calloc and realloc and belong to the caller,
  * who gives them to kvt_msg_release with the kind.
@@ -126,9 +134,9 @@ KVT_EXPORT int32_t kvt_msg_from_str(kvt_ignored ignored1, kvt_ignored ignored2, 
  *
  * buf     the NUL-terminated text, beginning with "msg"; between messages only blanks may stand,
  *         and other text after a message ends the reading. NULL is an error.
- * length  the text's length in characters; no message that begins behind it is read. (The last
- *         message may reach over it. A length that ends inside a message's own lines does not stop
- *         the reading, which the NUL ends in any case.)
+ * length  the text's length in characters. A smaller one stops the reading only when it ends
+ *         between two messages, from the last line of the one on: a length that ends anywhere else
+ *         within a message wraps around, and the NUL ends the reading.
  * msgs    where the array of texts goes. NULL is an error.
  * kinds   where the array of their kinds goes, in the same order; NULL when not wanted.
  * count   where the number of messages goes; NULL when not wanted.
@@ -148,11 +156,11 @@ KVT_EXPORT int32_t kvt_msg_arr_from_str(const char *buf, uint32_t length, char *
 
 /*
  * Steps from one message to the next: to the first character that is not a space, tab or newline
- * on a later line.
+ * on a later line, which may be the text's NUL.
  *
  * text    a position in a NUL-terminated text; NULL gives NULL.
  * length  the number of characters from there that may be stepped over. The character just behind
- *         them is looked at too, and may be the one that is returned.
+ *         them is looked at too, and is returned, even if it is a space or tab, when it is reached.
  *
  * Returns that position, or NULL when `length` is 0, when no newline is left, or when the next
  * line begins behind `length`.

@@ -297,9 +297,11 @@ const char *_kvt_txt_unpack_primarray_uint8_t(Input &input, const Row &row, cons
         if (next == nullptr) {
             at = skip_blanks(at);
             if (!has_key(row, at)) {
-                trace(reader,
-                      "_kvt_txt_unpack_primarray_uint8_t END ARRAY, key[%.50s] array[%.50s]\n",
-                      Key(row).text, at);
+                if (listens(trace_level)) {
+                    trace(reader,
+                          "_kvt_txt_unpack_primarray_uint8_t END ARRAY, key[%.50s] array[%.50s]\n",
+                          Key(row).text, at);
+                }
                 return at;
             }
             scan_value(row, at, value);

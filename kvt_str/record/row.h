@@ -15,22 +15,24 @@ namespace kvt_str {
 
 struct Record;
 
+/// In groups that the predicates of Row rely on: numbers first, then single values, arrays on the
+/// heap, and last what is written in blocks.
 enum class RowKind : uint8_t {
-    number8,     ///< an unsigned number in the record
-    number16,    ///
-    number32,    ///
-    number64,    ///
+    number8, ///< an unsigned number in the record
+    number16,
+    number32,
+    number64,
     signed32,    ///< written with its sign, read as the unsigned number of the same bits
     real,        ///< a float
     text,        ///< a character array in the record, one quoted line
     joined_text, ///< a string on the heap and its length; several lines are joined with commas
     array16,     ///< an array of numbers on the heap and its count, one line an element
-    array32,     ///
-    array64,     ///
-    bytes,       ///< a byte array in the record, one line an element up to a terminator
-    block,       ///< a record within the record
-    run,         ///< an array of records on the heap and its count, one block an element
-    slots,       ///< an array of records in the record and the number in use, one block an element
+    array32,
+    array64,
+    bytes, ///< a byte array in the record, one line an element up to a terminator
+    block, ///< a record within the record
+    run,   ///< an array of records on the heap and its count, one block an element
+    slots, ///< an array of records in the record and the number in use, one block an element
 };
 
 /// Particulars of a row, to be combined.
@@ -44,13 +46,13 @@ enum RowOptions : uint8_t {
 };
 
 struct Row {
-    Label label;                     ///< the key and ": ", or " {" and a newline for blocks
-    uint8_t key_length = 0;          ///< of the key at the label's start
-    RowKind kind = RowKind::number8; ///
-    uint8_t options = no_options;    ///< RowOptions
-    uint8_t count_width = 0;         ///< bytes of the count, where there is one
-    uint8_t terminator = 0;          ///< of a byte array: the value that ends it
-    uint8_t heap_index = 0;          ///< numbers the rows with heap arrays within a record
+    Label label;            ///< the key and ": ", or " {" and a newline for blocks
+    uint8_t key_length = 0; ///< of the key at the label's start
+    RowKind kind = RowKind::number8;
+    uint8_t options = no_options; ///< RowOptions
+    uint8_t count_width = 0;      ///< bytes of the count, where there is one
+    uint8_t terminator = 0;       ///< of a byte array: the value that ends it
+    uint8_t heap_index = 0;       ///< numbers the rows with heap arrays within a record
     uint16_t capacity = 1;     ///< elements of the member, more than 1 for an array in the record
     uint32_t offset = 0;       ///< of the member
     uint32_t size = 0;         ///< of the member, in bytes
@@ -97,7 +99,8 @@ using UnpackRoutine = const char *(Input &input, const char *at, void *record, u
 /// Particulars of how a record is read.
 enum class Reading : uint8_t {
     plain,
-    untraced_merge, ///< nothing is traced, and the record is not cleared first
+    untraced_merge, ///< nothing is traced, and the record is not cleared first: for records that
+                    ///< own nothing and are no elements of a run, whose memory may hold anything
 };
 
 /// The table of a record.

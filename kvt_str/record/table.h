@@ -65,6 +65,7 @@ constexpr Row make_field(const char (&label)[size], size_t offset, unsigned opti
         static_assert(std::is_same_v<std::remove_extent_t<Member>, char>,
                       "a FIELD that is an array is a text");
         static_assert(std::extent_v<Member> > 50, "a trace shows 50 characters of the member");
+        static_assert(std::extent_v<Member> <= 200, "a reader takes 199 characters at most");
         return make_row<Member>(label, offset, RowKind::text, options);
     } else if constexpr (std::is_same_v<Member, float>) {
         return make_row<Member>(label, offset, RowKind::real, options);
@@ -170,11 +171,11 @@ constexpr Row make_slots(const char (&label)[size], size_t offset, size_t count_
 // --- The finished table --------------------------------------------------------------------------
 
 template <typename Source> struct Finished {
-    static_assert(keys_have_width(Source::rows),
-                  "keys are compared in words: two characters at least");
+    static_assert(keys_have_width(Source::rows), "a key has 2 to 99 characters");
     static_assert(keys_reachable(Source::rows), "an earlier key is a prefix of a later one");
-    static_assert(rows_cover_struct<Source>(), "a member of the record has no row, or two");
-    static_assert(count_counted_rows<Source>() <= most_heap_rows);
+    static_assert(rows_cover_struct<Source>(),
+                  "a member of the record has no row, or two: compare the struct with its table");
+    static_assert(count_counted_rows<Source>() <= most_heap_rows, "raise most_heap_rows");
 
     static constexpr auto rows = [] {
         std::array<Row, std::size(Source::rows)> result{};

@@ -33,9 +33,10 @@ template <size_t count> constexpr bool keys_reachable(const Row (&rows)[count]) 
     return true;
 }
 
+/// Keys are compared in words, and shown in traces by a buffer of their own.
 template <size_t count> constexpr bool keys_have_width(const Row (&rows)[count]) {
     for (const Row &row : rows) {
-        if (row.key_length < 2) {
+        if (row.key_length < 2 || row.key_length > 99) {
             return false;
         }
     }

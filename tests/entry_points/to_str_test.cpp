@@ -144,7 +144,7 @@ TEST(Size, OfRandomRecordsOfEveryKindIsThatOfTheirText) {
         for (int i = 0; i < 50; ++i) {
             OwnedRecord record(*kind.record);
             fill_randomly(*kind.record, record.get(), random);
-            const auto value = static_cast<int32_t>(kvt_str::value_of(kind));
+            const auto value = static_cast<int32_t>(kind.value);
             const uint32_t size = kvt_str_get_buf_size(value, record.get());
             const std::unique_ptr<char[]> text(new char[size]);
             ASSERT_EQ(kvt_msg_to_str(value, record.get(), text.get()), 0);

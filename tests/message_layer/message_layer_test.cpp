@@ -39,7 +39,7 @@ TEST(MessageLayer, ReleasesRandomRecordsOfEveryKindWithAllThatHangsFromThem) {
         if (kind.record == nullptr) {
             continue;
         }
-        const auto value = static_cast<int32_t>(kvt_str::value_of(kind));
+        const auto value = static_cast<int32_t>(kind.value);
         for (int i = 0; i < 10; ++i) {
             OwnedRecord record(*kind.record);
             kvt_test::fill_randomly(*kind.record, record.get(), random);
