@@ -31,7 +31,9 @@ struct Excerpt {
     char text[51] = {};
 
     explicit Excerpt(std::string_view from) {
-        std::memcpy(text, from.data(), from.size() < sizeof text ? from.size() : sizeof text - 1);
+        for (size_t i = 0; i < from.size() && i < sizeof text - 1; ++i) {
+            text[i] = from[i];
+        }
     }
 };
 

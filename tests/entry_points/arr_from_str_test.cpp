@@ -264,6 +264,22 @@ TEST(ArrFromStr, RandomMessagesOfEveryKindAreSplitAsTheyWereJoined) {
     }
 }
 
+TEST(ArrFromStr, RandomMessagesOfEveryKindEndAtTheLengthAndFailWithABadNeighbour) {
+    Random random(12);
+    const StrictRelease strict;
+    const MemoryWatch watch;
+    for (const std::string &text : random_messages(random)) {
+        const auto in_closing_line = static_cast<uint32_t>(text.size() - 1);
+        ASSERT_EQ(split(text + "\n" + text, in_closing_line).texts, std::vector<std::string>{text});
+        ASSERT_EQ(split(text + "\n" + text, in_closing_line + 2).texts,
+                  (std::vector<std::string>{text, text}));
+        for (const std::string &joined : {bad + text, text + bad, text + bad + text}) {
+            ASSERT_EQ(split(joined).result, -1) << text;
+        }
+        ASSERT_EQ(watch.alive(), 0U);
+    }
+}
+
 TEST(ArrFromStr, CountsAreMadeToAgreeWithTheElements) {
     const auto reply = [](const std::string &lines) {
         return message_text("RESERVATION_INFO_REPLY",
