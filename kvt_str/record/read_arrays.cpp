@@ -12,8 +12,7 @@ namespace kvt_str {
 
 namespace {
 
-// --- The format of a row's scan, as the traces show it
-// --------------------------------------------
+// --- What the traces show ------------------------------------------------------------------------
 
 /// The key and its conversion. Only made for a trace, and lives as long as that.
 struct ScanFormat {
