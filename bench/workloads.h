@@ -11,13 +11,14 @@
 
 namespace kvt_bench {
 
-/// A record and its kind. The record and all that hangs from it come from calloc and realloc, and go
-/// by kvt_msg_release.
+/// A record and its kind. The record and all that hangs from it come from calloc and realloc, and
+/// go by kvt_msg_release.
 class Message {
 public:
     Message(int32_t kind, void *record) : record_(record, Release{kind}) {}
 
     int32_t kind() const { return record_.get_deleter().kind; }
+
     void *record() const { return record_.get(); }
 
     /// The record as text.
@@ -26,6 +27,7 @@ public:
 private:
     struct Release {
         int32_t kind;
+
         void operator()(void *record) const { kvt_msg_release(kind, record); }
     };
 
