@@ -7,7 +7,6 @@
 #include "message_table.h"
 #include "read_message.h"
 #include "record/log.h"
-#include "record/write.h"
 #include "text/label.h"
 #include "text/scanner.h"
 
@@ -62,9 +61,8 @@ int32_t kvt_msg_to_str(int32_t msg_type, const void *msg, char *buf) {
     const MessageKind *kind = find_kind_with_record(msg_type);
     char *out = buf;
     if (kind != nullptr) {
-        const size_t head_length = std::strlen(kind->head);
-        out = copy_words(out, kind->head, static_cast<unsigned>(head_length));
-        out = kind->record->pack(msg, kind->opening, message_level, out);
+        out = copy_words(out, kind->head.data(), kind->head.size());
+        out = kind->record->pack(msg, message_level, out);
     } else {
         std::memcpy(out, envelope_opening, sizeof envelope_opening);
         out += sizeof envelope_opening - 1;
@@ -89,9 +87,8 @@ uint32_t kvt_str_get_buf_size(int32_t msg_type, const void *msg) {
         const bool known = msg_type == VEMRA_MSG_TYPE_NONE || msg_type == VEMRA_MSG_TYPE_LAST;
         return known ? size_without_record : 0;
     }
-    const uint64_t size = std::strlen(kind->head) +
-                          measure_block(*kind->record, msg, kind->opening, message_level) +
-                          sizeof envelope_closing;
+    const uint64_t size =
+        kind->head.size() + kind->record->measure(msg, message_level) + sizeof envelope_closing;
     return size <= UINT32_MAX ? static_cast<uint32_t>(size) : 0;
 }
 

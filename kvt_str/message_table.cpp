@@ -14,14 +14,14 @@ namespace {
 
 #define MESSAGE(name, block, record)                                                               \
     MessageKind {                                                                                  \
-        VEMRA_MSG_TYPE_##name, #name, &RecordOf<record>::table, "msg {\n  type: " #name "\n",      \
-            make_label(KVT_BLANKS block " {\n"),                                                   \
+        VEMRA_MSG_TYPE_##name, #name, &RecordOf<record>::table,                                    \
+            "msg {\n  type: " #name "\n  " block " {\n",                                           \
             "kvt_msg_from_str: Failed to allocate memory for " #record " message",                 \
             "kvt_msg_arr_from_str: Failed to allocate memory for " #record " message"              \
     }
 #define NO_RECORD(name)                                                                            \
     MessageKind {                                                                                  \
-        VEMRA_MSG_TYPE_##name, #name, nullptr, nullptr, {}, nullptr, nullptr                       \
+        VEMRA_MSG_TYPE_##name, #name, nullptr, {}, nullptr, nullptr                                \
     }
 
 // clang-format off

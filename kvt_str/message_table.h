@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <span>
+#include <string_view>
 
 #include "record/row.h"
 
@@ -13,8 +14,7 @@ struct MessageKind {
     const char *name;     ///< as on the type line
     const Record *record; ///< null for a kind that carries none
 
-    const char *head; ///< the lines before the record's block: "msg {" and the type line
-    Label opening;    ///< of the record's block
+    std::string_view head; ///< the lines up to the opening line of the record's block
 
     const char *no_memory;             ///< what kvt_msg_from_str logs when it cannot allocate
     const char *no_memory_in_sequence; ///< what kvt_msg_arr_from_str logs

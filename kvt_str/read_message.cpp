@@ -54,7 +54,8 @@ const char *read_message(Input &input, const char *at, const MessageReader &read
         log(error_level, reader.name, kind->*reader.no_memory_text);
         return nullptr;
     }
-    return skip_blanks(table.unpack(input, next_line(type_line), *record, message_level));
+    return skip_blanks(
+        table.unpack(input, after_newline(next_line(type_line)), *record, message_level));
 }
 
 } // namespace kvt_str

@@ -1,38 +1,34 @@
 #include "record/read.h"
 
-#include <cstring>
-
 #include "record/log.h"
 #include "record/member.h"
 #include "record/read_arrays.h"
 #include "record/read_line.h"
-#include "record/release.h"
+#include "record/read_row.h"
 #include "text/real.h"
 
 namespace kvt_str {
 
 namespace {
 
-/// The reading of one record's block.
+/// The exact path: the reading of one record's block, in whatever form its lines are.
 class BlockReader {
 public:
-    BlockReader(const Record &table, Input &input, void *record, unsigned level)
-        : table_(table), input_(input), record_(record), level_(level + 1) {}
+    BlockReader(const Record &table, Input &input, void *record, unsigned level,
+                const Progress &progress)
+        : table_(table), input_(input), record_(record), level_(level + 1), progress_(progress) {}
 
-    /// Reads the lines from `at`, the first one behind the opening line, to the closing line.
-    const char *read_lines(const char *at);
+    /// Reads the lines from `at` to the closing line. `first` tells that the one at `at` is the
+    /// first behind the opening line.
+    const char *read_lines(const char *at, bool first);
 
 private:
-    const char *take_plain_line(const char *at);
-
-    const Row *rows_end() const { return table_.rows.data() + table_.rows.size(); }
+    const char *take_straight_lines(const char *at);
 
     const Row *find_row(const char *at) const;
     const char *take_row(const Row &row, const char *at, const char *next);
-    const char *take_blocks(const Row &row, const char *at);
     void scan_number_of(const Row &row, const char *at);
     void scan_real_of(const Row &row, const char *at);
-    void store_value(const Row &row, uint64_t value);
     void trace_value(const Row &row) const;
     void trace_mismatch(const char *at) const;
 
@@ -40,40 +36,17 @@ private:
     Input &input_;
     void *record_;
     unsigned level_; ///< of the lines
-    /// The writer's texts go through the rows in order: the next line is expected to be that of
-    /// this row, or of one behind it.
-    const Row *expected_ = table_.rows.data();
-    uint64_t shared_ = 0; ///< the value of the rows that share one
-    HeapArrays heap_;
+    Progress progress_;
 };
 
-/// Takes the line at `at`, its first character, when it is in the writer's form to the letter: a
-/// number, or the opening of a block. Returns the position behind what it took; null, with nothing
-/// done, for any other line.
-///
-/// Such a line belongs to the row whose label it has: no table has a key that an earlier one is a
-/// prefix of, and no key goes on behind the label's. It holds no closing brace.
-const char *BlockReader::take_plain_line(const char *at) {
-    for (const Row *row = expected_; row != rows_end(); ++row) {
-        const char *value = behind_label(input_, *row, at, indent_of(level_));
-        if (value == nullptr) {
-            continue;
-        }
-        if (row->opens_block()) {
-            expected_ = row + 1;
-            return take_blocks(*row, at);
-        }
-        uint64_t number;
-        const char *next =
-            row->is_number() ? read_plain_number(value, input_.text.end(), number) : nullptr;
-        if (next != nullptr) {
-            expected_ = row + 1;
-            store_value(*row, number);
-            trace_value(*row);
-        }
-        return next;
+/// Takes the lines that are as the writer writes them, up to the first one that is not. Returns the
+/// position of that.
+const char *BlockReader::take_straight_lines(const char *at) {
+    const Straight block{input_, input_.text, record_, level_};
+    for (const Row &row : table_.rows) {
+        at = take_straight(block, row, at, progress_);
     }
-    return nullptr;
+    return at;
 }
 
 /// The first row whose key the line at `at` begins with, or null.
@@ -109,17 +82,10 @@ void BlockReader::trace_mismatch(const char *at) const {
     }
 }
 
-void BlockReader::store_value(const Row &row, uint64_t value) {
-    if (row.has(shared_value)) {
-        shared_ = value;
-    }
-    store_number(member_of(row, record_), row.size, value);
-}
-
 void BlockReader::scan_number_of(const Row &row, const char *at) {
-    uint64_t value = shared_;
+    uint64_t value = progress_.shared;
     if (scan_value(row, at, value) || row.has(shared_value)) {
-        store_value(row, value);
+        store_value(row, record_, progress_, value);
     }
 }
 
@@ -130,27 +96,9 @@ void BlockReader::scan_real_of(const Row &row, const char *at) {
     }
 }
 
-/// Takes the block or the blocks of a row, whose first opening line is at `at`.
-const char *BlockReader::take_blocks(const Row &row, const char *at) {
-    if (row.kind == RowKind::run) {
-        return read_run(input_, row, at, record_, level_, heap_);
-    }
-    if (row.kind == RowKind::slots) {
-        return read_slots(input_, row, at, record_, level_);
-    }
-    char *member = member_of(row, record_);
-    if (row.element->owns_heap) {
-        // An earlier block of the same name goes, with its arrays. Counts that lie do no harm here:
-        // what such arrays hold owns nothing in turn.
-        release_members(*row.element, member);
-    }
-    return row.element->unpack(input_, at, member, level_);
-}
-
 /// Takes the line at `at`, which has the row's key, and what belongs to it below; `next` is the
 /// start of the next line. Returns the position behind what it took.
 const char *BlockReader::take_row(const Row &row, const char *at, const char *next) {
-    const unsigned indent = indent_of(level_);
     switch (row.kind) {
     case RowKind::number8:
     case RowKind::number16:
@@ -169,29 +117,34 @@ const char *BlockReader::take_row(const Row &row, const char *at, const char *ne
     case RowKind::joined_text:
         return _kvt_txt_unpack_primptr_char(input_, row, at, record_);
     case RowKind::array16:
-        return _kvt_txt_unpack_primptr_uint16_t(input_, row, at, record_, indent, heap_);
+        return _kvt_txt_unpack_primptr_uint16_t(input_, row, at, record_, progress_.heap,
+                                                {sizeof(uint16_t)});
     case RowKind::array32:
-        return _kvt_txt_unpack_primptr_uint32_t(input_, row, at, record_, indent, heap_);
+        return _kvt_txt_unpack_primptr_uint32_t(input_, row, at, record_, progress_.heap,
+                                                {sizeof(uint32_t)});
     case RowKind::array64:
-        return _kvt_txt_unpack_primptr_uint64_t(input_, row, at, record_, indent, heap_);
+        return _kvt_txt_unpack_primptr_uint64_t(input_, row, at, record_, progress_.heap,
+                                                {sizeof(uint64_t)});
     case RowKind::bytes:
-        return _kvt_txt_unpack_primarray_uint8_t(input_, row, at, record_, indent);
+        return _kvt_txt_unpack_primarray_uint8_t(input_, row, at, record_);
     case RowKind::block:
+        return read_inner_block(input_, row, next, record_, level_);
     case RowKind::run:
+        return read_run(input_, row, at, record_, level_, progress_.heap, {row.element->size},
+                        input_.lying_counts.size());
     case RowKind::slots:
-        return take_blocks(row, at);
+        return read_slots(input_, row, at, record_, level_);
     }
     return next;
 }
 
-const char *BlockReader::read_lines(const char *at) {
-    for (bool first = true;; first = false) {
-        const char *behind_plain = take_plain_line(at);
-        if (behind_plain != nullptr) {
-            at = behind_plain;
-            continue;
+const char *BlockReader::read_lines(const char *at, bool first) {
+    for (;; first = false) {
+        if (is_straight_path_open()) {
+            const char *behind = take_straight_lines(at);
+            first = first && behind == at;
+            at = behind;
         }
-        const char *start = at;
         at = skip_blanks(at);
         if (*at == '\0') {
             break;
@@ -200,10 +153,7 @@ const char *BlockReader::read_lines(const char *at) {
         // The first line is tried as a key before it is tested for the end; all others after.
         const Row *row = line.closes && !first ? nullptr : find_row(at);
         if (row != nullptr) {
-            // Further lines of arrays are compared with their indentation: so is the first.
-            const bool is_array = row->is_array() || row->kind == RowKind::bytes;
-            at = take_row(*row, is_array ? start : at, line.next);
-            expected_ = row + 1;
+            at = take_row(*row, at, line.next);
         } else if (line.closes) {
             at = line.next;
             break;
@@ -212,23 +162,29 @@ const char *BlockReader::read_lines(const char *at) {
             at = line.opens ? find_block_end(at) : line.next;
         }
     }
-    if (input_.counts == Counts::agree) {
-        make_counts_agree(table_, record_, heap_);
-    } else {
-        remember_lying_counts(table_, input_, record_, heap_);
-    }
+    settle_counts(table_, input_, record_, progress_.heap);
     return at;
 }
 
 } // namespace
 
-const char *read_block(const Record &table, Input &input, const char *at, void *record,
-                       unsigned level) {
-    if (table.reading == Reading::plain) {
-        std::memset(record, 0, table.size);
+const char *read_record(const Record &table, Input &input, const char *at, void *record,
+                        unsigned level) {
+    clear_record(table, record);
+    return read_rest(table, input, at, record, level, Progress(), true);
+}
+
+const char *read_rest(const Record &table, Input &input, const char *at, void *record,
+                      unsigned level, Progress progress, bool first) {
+    return BlockReader(table, input, record, level, progress).read_lines(at, first);
+}
+
+void settle_counts(const Record &table, Input &input, void *record, const HeapArrays &heap) {
+    if (input.counts == Counts::agree) {
+        make_counts_agree(table, record, heap);
+    } else {
+        remember_lying_counts(table, input, record, heap);
     }
-    BlockReader reader(table, input, record, level);
-    return reader.read_lines(input.text.after_line(at));
 }
 
 } // namespace kvt_str

@@ -1,14 +1,35 @@
-// Reads records.
+// Reads records by a walk over their tables.
 #pragma once
 
+#include "record/log.h"
+#include "record/read_row.h"
 #include "record/row.h"
 
 namespace kvt_str {
 
-/// Reads a record's block as UnpackRoutine says. Never fails: unknown lines and blocks are skipped,
-/// a value that does not scan leaves its field as it was, an element that cannot be stored for want
-/// of memory is dropped, and the text's NUL ends every block.
-const char *read_block(const Record &table, Input &input, const char *at, void *record,
-                       unsigned level);
+/// Reads a record as UnpackRoutine says. Never fails: unknown lines and blocks are skipped, a value
+/// that does not scan leaves its field as it was, an element that cannot be stored for want of
+/// memory is dropped, and the text's NUL ends every block.
+const char *read_record(const Record &table, Input &input, const char *at, void *record,
+                        unsigned level);
+
+/// Reads the rest of a record's block from the line at `at` on, as `progress` was left by the lines
+/// before. `first` tells that there are none.
+const char *read_rest(const Record &table, Input &input, const char *at, void *record,
+                      unsigned level, Progress progress, bool first);
+
+/// Sees to the counts that lie, once a record is read.
+void settle_counts(const Record &table, Input &input, void *record, const HeapArrays &heap);
+
+/// The straight path traces nothing.
+inline bool is_straight_path_open() {
+    return !listens(trace_level);
+}
+
+inline void clear_record(const Record &table, void *record) {
+    if (table.reading == Reading::plain) {
+        std::memset(record, 0, table.size);
+    }
+}
 
 } // namespace kvt_str

@@ -43,54 +43,6 @@ struct Key : ScanFormat {
 
 constexpr char quoted_conversion[] = ":%*[^\"]\"%[^\"]\"";
 
-// --- Growing -------------------------------------------------------------------------------------
-
-constexpr size_t first_capacity = 5;
-
-/// A heap array that grows by an element at a time: room for 5, then doubled whenever it is full.
-struct GrowingArray {
-    size_t element_size;
-    char *block = nullptr;
-    size_t capacity = 0;
-    size_t count = 0;
-
-    /// Room for one more element; null when there is no memory for it.
-    char *next() {
-        if (count == capacity && !grow()) {
-            return nullptr;
-        }
-        return block + count * element_size;
-    }
-
-    bool grow() {
-        const size_t grown = block == nullptr ? first_capacity : 2 * capacity;
-        void *moved = block == nullptr ? std::calloc(first_capacity, element_size)
-                                       : std::realloc(block, grown * element_size);
-        if (moved == nullptr) {
-            return false;
-        }
-        block = static_cast<char *>(moved);
-        capacity = grown;
-        return true;
-    }
-};
-
-/// Stores what a run has read and frees what an earlier run had.
-void replace_array(const Row &row, const Input &input, void *record, HeapArrays &heap,
-                   const GrowingArray &array, size_t first_lie) {
-    char *member = member_of(row, record);
-    void *earlier = load<void *>(member);
-    if (row.kind == RowKind::run) {
-        LyingCounts::Cursor lying(input.lying_counts, heap.first_lie[row.heap_index]);
-        release_elements(*row.element, earlier, 0, heap.elements[row.heap_index], &lying);
-    }
-    std::free(earlier);
-    store(member, array.block);
-    store_count(row, record, array.count);
-    heap.elements[row.heap_index] = array.count;
-    heap.first_lie[row.heap_index] = first_lie;
-}
-
 // --- Numbers -------------------------------------------------------------------------------------
 
 /// The texts of one width's traces.
@@ -111,29 +63,22 @@ struct NumberTraces {
 
 template <typename Number>
 const char *read_numbers(Input &input, const Row &row, const char *at, void *record,
-                         unsigned indent, HeapArrays &heap, const NumberTraces &traces) {
-    GrowingArray array{sizeof(Number)};
+                         HeapArrays &heap, GrowingArray array, const NumberTraces &traces) {
     Number value = 0;
     for (;;) {
-        uint64_t scanned;
-        const char *next = read_plain_line(input, row, at, indent, scanned);
-        if (next == nullptr) {
-            at = skip_blanks(at);
-            if (!has_key(row, at)) {
-                break;
-            }
-            next = input.text.after_line(at);
-            if (!scan_value(row, at, scanned)) {
-                if (listens(trace_level)) {
-                    trace(traces.reader, traces.mismatch, at,
-                          ScanFormat(row, traces.conversion).text,
-                          static_cast<unsigned long>(value));
-                }
-                at = next;
-                continue;
-            }
+        const char *key = skip_blanks(at);
+        if (!has_key(row, key)) {
+            break;
         }
-        at = next;
+        at = input.text.after_line(key);
+        uint64_t scanned;
+        if (!scan_value(row, key, scanned)) {
+            if (listens(trace_level)) {
+                trace(traces.reader, traces.mismatch, key, ScanFormat(row, traces.conversion).text,
+                      static_cast<unsigned long>(value));
+            }
+            continue;
+        }
         value = static_cast<Number>(scanned);
         char *element = array.next();
         if (element != nullptr) {
@@ -151,9 +96,6 @@ const char *read_numbers(Input &input, const Row &row, const char *at, void *rec
 }
 
 // --- Joined strings ------------------------------------------------------------------------------
-
-/// What a value shares with its comma and NUL in the 300 characters that the format gives it.
-constexpr size_t longest_joined_value = 298;
 
 /// A string that grows by a comma-ended value at a time. The room reckoned for a value is one more
 /// than it takes, and is doubled at most once for it: both decide where a long value is cut.
@@ -197,25 +139,40 @@ private:
 
 } // namespace
 
+void replace_array(const Row &row, const Input &input, void *record, HeapArrays &heap,
+                   const GrowingArray &array, size_t first_lie) {
+    char *member = member_of(row, record);
+    void *earlier = load<void *>(member);
+    if (row.kind == RowKind::run) {
+        LyingCounts::Cursor lying(input.lying_counts, heap.first_lie[row.heap_index]);
+        release_elements(*row.element, earlier, 0, heap.elements[row.heap_index], &lying);
+    }
+    std::free(earlier);
+    store(member, array.block);
+    store_count(row, record, array.count);
+    heap.elements[row.heap_index] = array.count;
+    heap.first_lie[row.heap_index] = first_lie;
+}
+
 const char *_kvt_txt_unpack_primptr_uint16_t(Input &input, const Row &row, const char *at,
-                                             void *record, unsigned indent, HeapArrays &heap) {
+                                             void *record, HeapArrays &heap, GrowingArray array) {
     static constexpr NumberTraces traces =
         KVT_NUMBER_TRACES("_kvt_txt_unpack_primptr_uint16_t", ":%hu");
-    return read_numbers<uint16_t>(input, row, at, record, indent, heap, traces);
+    return read_numbers<uint16_t>(input, row, at, record, heap, array, traces);
 }
 
 const char *_kvt_txt_unpack_primptr_uint32_t(Input &input, const Row &row, const char *at,
-                                             void *record, unsigned indent, HeapArrays &heap) {
+                                             void *record, HeapArrays &heap, GrowingArray array) {
     static constexpr NumberTraces traces =
         KVT_NUMBER_TRACES("_kvt_txt_unpack_primptr_uint32_t", ":%u");
-    return read_numbers<uint32_t>(input, row, at, record, indent, heap, traces);
+    return read_numbers<uint32_t>(input, row, at, record, heap, array, traces);
 }
 
 const char *_kvt_txt_unpack_primptr_uint64_t(Input &input, const Row &row, const char *at,
-                                             void *record, unsigned indent, HeapArrays &heap) {
+                                             void *record, HeapArrays &heap, GrowingArray array) {
     static constexpr NumberTraces traces =
         KVT_NUMBER_TRACES("_kvt_txt_unpack_primptr_uint64_t", ":%lu");
-    return read_numbers<uint64_t>(input, row, at, record, indent, heap, traces);
+    return read_numbers<uint64_t>(input, row, at, record, heap, array, traces);
 }
 
 const char *_kvt_txt_unpack_primptr_char(Input &input, const Row &row, const char *at,
@@ -265,8 +222,6 @@ const char *_kvt_txt_unpack_primptr_char(Input &input, const Row &row, const cha
 const char *_kvt_txt_unpack_primarray_char(Input &input, const Row &row, const char *at,
                                            void *record) {
     static constexpr char reader[] = "_kvt_txt_unpack_primarray_char";
-    /// The format takes no longer values; every character array is shorter.
-    static constexpr size_t longest_value = 199;
     char *member = member_of(row, record);
     std::memset(member, 0, row.capacity);
     at = skip_blanks(at);
@@ -275,7 +230,7 @@ const char *_kvt_txt_unpack_primarray_char(Input &input, const Row &row, const c
               Key(row).text, at);
         return at;
     }
-    const std::string_view value = input.text.scan_quoted(at + row.key_length, longest_value);
+    const std::string_view value = input.text.scan_quoted(at + row.key_length, longest_text_value);
     const size_t room = row.capacity - size_t{1};
     if (!value.empty()) {
         std::memcpy(member, value.data(), value.size() < room ? value.size() : room);
@@ -286,46 +241,42 @@ const char *_kvt_txt_unpack_primarray_char(Input &input, const Row &row, const c
 }
 
 const char *_kvt_txt_unpack_primarray_uint8_t(Input &input, const Row &row, const char *at,
-                                              void *record, unsigned indent) {
+                                              void *record) {
     static constexpr char reader[] = "_kvt_txt_unpack_primarray_uint8_t";
     char *member = member_of(row, record);
     if (row.has(clear_at_run)) {
         std::memset(member, 0, row.capacity);
     }
+    at = skip_blanks(at);
     for (unsigned i = 0; i < row.capacity; ++i) {
-        uint64_t value = 0;
-        const char *next = read_plain_line(input, row, at, indent, value);
-        if (next == nullptr) {
-            at = skip_blanks(at);
-            if (!has_key(row, at)) {
-                if (listens(trace_level)) {
-                    trace(reader,
-                          "_kvt_txt_unpack_primarray_uint8_t END ARRAY, key[%.50s] array[%.50s]\n",
-                          Key(row).text, at);
-                }
-                return at;
+        if (!has_key(row, at)) {
+            if (listens(trace_level)) {
+                trace(reader,
+                      "_kvt_txt_unpack_primarray_uint8_t END ARRAY, key[%.50s] array[%.50s]\n",
+                      Key(row).text, at);
             }
-            scan_value(row, at, value);
-            next = input.text.after_line(at);
+            return at;
         }
+        uint64_t value = 0;
+        scan_value(row, at, value);
         store(member + i, static_cast<uint8_t>(value));
-        at = next;
+        at = skip_blanks(input.text.after_line(at));
         trace(reader, "_kvt_txt_unpack_primarray_uint8_t txt unpack value[0x%x]\n",
               static_cast<unsigned>(static_cast<uint8_t>(value)));
     }
-    for (at = skip_blanks(at); has_key(row, at); at = skip_blanks(input.text.after_line(at))) {
+    while (has_key(row, at)) {
+        at = skip_blanks(input.text.after_line(at));
     }
     return at;
 }
 
 const char *read_run(Input &input, const Row &row, const char *at, void *record, unsigned level,
-                     HeapArrays &heap) {
-    GrowingArray array{row.element->size};
-    const size_t first_lie = input.lying_counts.size();
+                     HeapArrays &heap, GrowingArray array, size_t first_lie) {
     do {
         char *element = array.next();
         if (element != nullptr) {
-            at = skip_blanks(row.element->unpack(input, at, element, level));
+            at = row.element->unpack(input, input.text.after_line(at), element, level);
+            at = skip_blanks(at);
             ++array.count;
         } else {
             at = find_block_end(at);
@@ -339,7 +290,8 @@ const char *read_slots(Input &input, const Row &row, const char *at, void *recor
     char *slot = member_of(row, record);
     unsigned in_use = 0;
     do {
-        at = skip_blanks(row.element->unpack(input, at, slot, level));
+        at = row.element->unpack(input, input.text.after_line(at), slot, level);
+        at = skip_blanks(at);
         slot += row.element->size;
         ++in_use;
     } while (in_use < row.capacity && has_key(row, at));
@@ -371,7 +323,8 @@ void make_count_agree(const Row &row, void *record, uint64_t elements) {
 
 } // namespace
 
-void remember_lying_counts(const Record &table, Input &input, void *record, HeapArrays &heap) {
+void remember_lying_counts(const Record &table, Input &input, void *record,
+                           const HeapArrays &heap) {
     for (const Row &row : table.rows) {
         if (row.kind != RowKind::run) {
             continue;

@@ -13,22 +13,13 @@ inline bool has_key(const Row &row, const char *at) {
     return begins_with(at, row.label.text, row.key_length);
 }
 
-/// Where a row's value stands in a line as the writer writes it, indentation and label to the
-/// letter; null in any other line. `at` is the line's first character.
-inline const char *behind_label(const Input &input, const Row &row, const char *at,
-                                unsigned indent) {
-    const unsigned length = indent + row.label.length;
-    return input.text.has(at, length) && equal_words(at, row.label.indented(indent), length)
-               ? at + length
-               : nullptr;
-}
-
-/// Reads a number's line in the writer's form, to the letter. Returns the next line's first
-/// character; null, with nothing done, for any other line.
-inline const char *read_plain_line(const Input &input, const Row &row, const char *at,
-                                   unsigned indent, uint64_t &value) {
-    const char *digits = behind_label(input, row, at, indent);
-    return digits != nullptr ? read_plain_number(digits, input.text.end(), value) : nullptr;
+/// The position behind a label that stands at `at`, a line's first character, as the writer puts it
+/// there: indentation and label to the letter. Null where anything else stands.
+KVT_FOLDED const char *behind_label(const Text &text, const Label &label, const char *at,
+                                    unsigned indent) {
+    const unsigned length = indent + label.length;
+    return text.has(at, length) && equal_words(at, label.indented(indent), length) ? at + length
+                                                                                   : nullptr;
 }
 
 /// Scans the number of a line that has the row's key, in any form that the C library takes for

@@ -74,9 +74,12 @@ struct Row {
     constexpr bool has(RowOptions option) const { return (options & option) != 0; }
 };
 
-/// Writes the block of a record: its opening line, which is `opening` indented for `level`, its
-/// lines one level deeper, and its closing line. Returns the position of the NUL left behind it.
-using PackRoutine = char *(const void *record, const Label &opening, unsigned level, char *out);
+/// Writes what follows the opening line of a record's block at `level`: its lines, one level
+/// deeper, and its closing line. Returns the position behind them.
+using PackRoutine = char *(const void *record, unsigned level, char *out);
+
+/// The number of characters that the record's PackRoutine writes.
+using MeasureRoutine = uint64_t(const void *record, unsigned level);
 
 /// How the counts and lengths of what is read are treated.
 enum class Counts : uint8_t {
@@ -91,9 +94,9 @@ struct Input {
     LyingCounts lying_counts = {}; ///< of the elements read so far
 };
 
-/// Reads the block of a record. `at` is the block's opening line, whose name is not looked at;
-/// `level` is that of the block where the writer writes it, and matters only for speed. Returns the
-/// position behind the newline of the block's closing line, or the text's NUL.
+/// Reads the block of a record. `at` is the line behind the block's opening line; `level` is that
+/// of the block where the writer writes it, and matters only for speed. Returns the position behind
+/// the newline of the block's closing line, or the text's NUL.
 using UnpackRoutine = const char *(Input &input, const char *at, void *record, unsigned level);
 
 /// Particulars of how a record is read.
@@ -113,6 +116,7 @@ struct Record {
     bool owns_heap; ///< a row of it is an array, a string or a run on the heap
     Reading reading;
     PackRoutine *pack;
+    MeasureRoutine *measure;
     UnpackRoutine *unpack;
 
     bool is_traced() const { return reading == Reading::plain; }

@@ -27,11 +27,10 @@
 #include <type_traits>
 #include <utility>
 
-#include "record/read.h"
 #include "record/row.h"
 #include "record/table_checks.h"
 #include "record/trace_texts.h"
-#include "record/write.h"
+#include "record/unrolled.h"
 
 namespace kvt_str {
 
@@ -199,14 +198,15 @@ template <typename Source> struct Finished {
 
 // clang-format off
 /// Defines the table of `type` and its routines, _kvt_txt_pack_<routine> and
-/// _kvt_txt_unpack_<routine>.
-#define DEFINE_RECORD(type, routine, how, ...)                                                     \
+/// _kvt_txt_unpack_<routine>. `levels` are those that the steps are unrolled for.
+#define DEFINE_RECORD(type, routine, how, levels, ...)                                             \
     namespace {                                                                                    \
     struct type##_source {                                                                         \
         using Type = ::type;                                                                       \
         static constexpr char reader[] = "_kvt_txt_unpack_" #routine;                              \
         static constexpr Row rows[] = {__VA_ARGS__};                                               \
     };                                                                                             \
+    using type##_routines = Routines<type, Finished<type##_source>::rows, levels>;                 \
     }                                                                                              \
     template <> constinit const Record RecordOf<type>::table = {                                   \
         .name = #type,                                                                             \
@@ -217,19 +217,21 @@ template <typename Source> struct Finished {
         .owns_heap = owns_heap<type##_source>(),                                                   \
         .reading = how,                                                                            \
         .pack = _kvt_txt_pack_##routine,                                                           \
+        .measure = type##_routines::measure,                                                       \
         .unpack = _kvt_txt_unpack_##routine,                                                       \
     };                                                                                             \
-    char *_kvt_txt_pack_##routine(const void *record, const Label &opening, unsigned level,        \
-                                  char *out) {                                                     \
-        return write_block(RecordOf<type>::table, record, opening, level, out);                    \
+    char *_kvt_txt_pack_##routine(const void *record, unsigned level, char *out) {                 \
+        return type##_routines::write(record, level, out);                                         \
     }                                                                                              \
     const char *_kvt_txt_unpack_##routine(Input &input, const char *at, void *record,              \
                                           unsigned level) {                                        \
-        return read_block(RecordOf<type>::table, input, at, record, level);                        \
+        return type##_routines::read(input, at, record, level);                                    \
     }                                                                                              \
     static_assert(true)
 // clang-format on
 
-#define RECORD(type, ...) DEFINE_RECORD(type, msg_##type, Reading::plain, __VA_ARGS__)
+#define RECORD(type, ...) DEFINE_RECORD(type, msg_##type, Reading::plain, 0, __VA_ARGS__)
+#define UNROLLED_RECORD(type, levels, ...)                                                         \
+    DEFINE_RECORD(type, msg_##type, Reading::plain, levels, __VA_ARGS__)
 
 } // namespace kvt_str

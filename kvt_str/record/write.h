@@ -1,4 +1,4 @@
-// Writes records, and measures what writing them would take.
+// Writes records, and measures what writing them would take, by a walk over their tables.
 #pragma once
 
 #include <cstdint>
@@ -7,12 +7,10 @@
 
 namespace kvt_str {
 
-/// Writes a record's block as PackRoutine says.
-char *write_block(const Record &table, const void *record, const Label &opening, unsigned level,
-                  char *out);
+/// Writes a record as PackRoutine says.
+char *write_record(const Record &table, const void *record, unsigned level, char *out);
 
-/// The number of characters that write_block writes, without the NUL.
-uint64_t measure_block(const Record &table, const void *record, const Label &opening,
-                       unsigned level);
+/// Measures it as MeasureRoutine says.
+uint64_t measure_record(const Record &table, const void *record, unsigned level);
 
 } // namespace kvt_str

@@ -4,7 +4,7 @@
 namespace kvt_str {
 
 // clang-format off
-RECORD(vemra_end_job,
+UNROLLED_RECORD(vemra_end_job, at_level(1),
     FIELD(job_id),
     FIELD(reservation_id));
 

@@ -4,13 +4,13 @@
 namespace kvt_str {
 
 // clang-format off
-RECORD(vemra_sd_info,
+UNROLLED_RECORD(vemra_sd_info, at_level(2),
     FIELD(version),
     FIELD(vemrad_id),
     FIELD(addr_type),
     FIELD(addr));
 
-RECORD(vemra_tree,
+UNROLLED_RECORD(vemra_tree, at_level(2),
     FIELD(feature_mask),
     FIELD(tree_id),
     FIELD(peer_tree_id),
@@ -20,21 +20,21 @@ RECORD(vemra_tree,
     BLOCK(quota),
     FIELD(control_path_version));
 
-RECORD(vemra_tree_conn,
+UNROLLED_RECORD(vemra_tree_conn, at_level(2),
     FIELD(tree_id),
     FIELD(vemrad_id),
     BYTES(qp_child_idxs, 255, clear_at_run),
     BLOCK(pr_sd_to_an),
     BLOCK(pr_an_to_sd));
 
-RECORD(vemra_tree_an,
+UNROLLED_RECORD(vemra_tree_an, at_level(2),
     FIELD(guid),
     FIELD(lid),
     FIELD(tree_id),
     FIELD(an_id),
     FIELD(parent_an_id));
 
-RECORD(vemra_qpc_options,
+UNROLLED_RECORD(vemra_qpc_options, at_level(2),
     FIELD(qkey),
     FIELD(flow_label),
     FIELD(pkey),
@@ -45,7 +45,7 @@ RECORD(vemra_qpc_options,
     FIELD(local_ack_timeout),
     FIELD(timeout_retry_limit));
 
-RECORD(vemra_job_data,
+UNROLLED_RECORD(vemra_job_data, at_level(1),
     FIELD(job_id),
     FIELD(master_vemrad_id),
     FIELD(vemra_job_id),

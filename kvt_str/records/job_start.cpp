@@ -4,14 +4,14 @@
 namespace kvt_str {
 
 // clang-format off
-RECORD(vemra_quota,
+UNROLLED_RECORD(vemra_quota, at_level(2) | at_level(3),
     FIELD(max_osts),
     FIELD(user_data_per_ost),
     FIELD(max_buffers),
     FIELD(max_groups),
     FIELD(max_qps));
 
-RECORD(vemra_begin_job,
+UNROLLED_RECORD(vemra_begin_job, at_level(1),
     FIELD(job_id),
     FIELD(uid),
     FIELD(priority),

@@ -4,19 +4,19 @@
 namespace kvt_str {
 
 // clang-format off
-RECORD(vemra_resource_agg_tree,
+UNROLLED_RECORD(vemra_resource_agg_tree, at_level(2),
     FIELD(tree_num),
     FIELD(priority, always | shared_value),
     FIELD(tree_status, always | shared_value));
 
-RECORD(vemra_resource_link,
+UNROLLED_RECORD(vemra_resource_link, at_level(2),
     FIELD(agg_node_guid),
     FIELD(port_num),
     FIELD(priority, always | shared_value),
     FIELD(link_status, always | shared_value),
     FIELD(active_jobs));
 
-RECORD(vemra_resource_agg_node,
+UNROLLED_RECORD(vemra_resource_agg_node, at_level(2),
     FIELD(agg_node_guid),
     FIELD(priority, always | shared_value),
     FIELD(ts),
@@ -24,7 +24,7 @@ RECORD(vemra_resource_agg_node,
     FIELD(active_jobs),
     FIELD(trees_num));
 
-RECORD(vemra_resource_message,
+UNROLLED_RECORD(vemra_resource_message, at_level(1),
     FIELD(operation, always | shared_value),
     FIELD(feature_bitmask, always | shared_value),
     FIELD(agg_trees_num),

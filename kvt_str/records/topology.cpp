@@ -8,7 +8,7 @@ RECORD(vemra_topology_info_request,
     FIELD(num_guids),
     ARRAY(port_guids, num_guids));
 
-RECORD(vemra_topology_switch_info,
+UNROLLED_RECORD(vemra_topology_switch_info, at_level(2),
     FIELD(id),
     FIELD(name),
     FIELD(num_peer_ids),
@@ -16,7 +16,7 @@ RECORD(vemra_topology_switch_info,
     FIELD(num_port_guids),
     ARRAY(port_guids, num_port_guids));
 
-RECORD(vemra_topology_info_list,
+UNROLLED_RECORD(vemra_topology_info_list, at_level(1),
     FIELD(num_switches),
     RUN(switches, num_switches),
     FIELD(status, always));

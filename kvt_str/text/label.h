@@ -3,8 +3,11 @@
 // lie in one piece at any of them: they are copied and compared in whole words.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
+
+#include "text/folded.h"
 
 namespace kvt_str {
 
@@ -32,7 +35,7 @@ constexpr unsigned indent_of(unsigned level) {
 }
 
 /// Copies exactly `length` characters, in words that overlap.
-inline char *copy_words(char *out, const char *from, unsigned length) {
+KVT_FOLDED char *copy_words(char *out, const char *from, size_t length) {
     if (length >= 16) {
         std::memcpy(out, from, 16);
         if (length > 32) {
@@ -42,31 +45,34 @@ inline char *copy_words(char *out, const char *from, unsigned length) {
     } else if (length >= 8) {
         std::memcpy(out, from, 8);
         std::memcpy(out + length - 8, from + length - 8, 8);
+    } else if (length >= 4) {
+        std::memcpy(out, from, 4);
+        std::memcpy(out + length - 4, from + length - 4, 4);
     } else {
-        std::memcpy(out, from, length);
+        for (size_t i = 0; i < length; ++i) {
+            out[i] = from[i];
+        }
     }
     return out + length;
 }
 
-/// Compares `length` characters, at least 8. The last ones first: two lines of a block differ
-/// there, not in their indentation.
-inline bool equal_words(const char *a, const char *b, unsigned length) {
-    const auto differ = [=](unsigned i) {
-        uint64_t x;
-        uint64_t y;
+/// Compares `length` characters, at least 4, in words that overlap.
+KVT_FOLDED bool equal_words(const char *a, const char *b, size_t length) {
+    const auto differing = [=]<typename Word>(size_t i, Word /*width*/) KVT_FOLDED_LAMBDA {
+        Word x;
+        Word y;
         std::memcpy(&x, a + i, sizeof x);
         std::memcpy(&y, b + i, sizeof y);
-        return x != y;
+        return x ^ y;
     };
-    if (differ(length - 8)) {
-        return false;
+    if (length < 8) {
+        return (differing(0, uint32_t{}) | differing(length - 4, uint32_t{})) == 0;
     }
-    for (unsigned i = 0; i + 8 < length; i += 8) {
-        if (differ(i)) {
-            return false;
-        }
+    uint64_t difference = differing(length - 8, uint64_t{});
+    for (size_t i = 0; i + 8 < length; i += 8) {
+        difference |= differing(i, uint64_t{});
     }
-    return true;
+    return difference == 0;
 }
 
 } // namespace kvt_str

@@ -24,4 +24,101 @@ bool scan_number(const char *at, uint64_t &value) {
     return true;
 }
 
+namespace {
+
+constexpr PlainNumber no_number = {nullptr, 0};
+
+/// Continues a number with the digits at `at`, `count` of which lie in a word.
+bool append_digits(uint64_t &number, uint64_t characters, unsigned count) {
+    return !__builtin_mul_overflow(number, powers_of_ten[count], &number) &&
+           !__builtin_add_overflow(number, value_of_digits(characters, count), &number);
+}
+
+/// Reads any number of digits, to the last character of the text.
+PlainNumber read_any_digits(const char *at, const char *end) {
+    const char *start = at;
+    uint64_t number = 0;
+    for (; end - at >= 8; at += 8) {
+        const uint64_t characters = load_eight(at);
+        if (count_leading_digits(characters) != 8) {
+            break;
+        }
+        if (!append_digits(number, characters, 8)) {
+            return no_number;
+        }
+    }
+    for (; is_digit(*at); ++at) {
+        if (__builtin_mul_overflow(number, uint64_t{10}, &number) ||
+            __builtin_add_overflow(number, digit_value(*at), &number)) {
+            return no_number;
+        }
+    }
+    return at != start && *at == '\n' ? PlainNumber{at + 1, number} : no_number;
+}
+
+/// Writes digits without their leading zeros. It may touch eight characters whatever their number.
+char *put_first_digits(char *out, uint64_t digits) {
+    const unsigned zeros = static_cast<unsigned>(std::countr_zero(digits)) / 8;
+    store_eight(out, (digits + in_each_byte('0')) >> (8 * zeros));
+    return out + 8 - zeros;
+}
+
+char *put_eight_digits(char *out, uint64_t digits) {
+    store_eight(out, digits + in_each_byte('0'));
+    return out + 8;
+}
+
+} // namespace
+
+PlainNumber read_plain_digits(const char *at, const char *end) {
+    if (end - at >= 8) {
+        const uint64_t characters = load_eight(at);
+        const unsigned digits = count_leading_digits(characters);
+        if (digits == 0) {
+            return no_number;
+        }
+        if (digits < 8) {
+            return at[digits] == '\n'
+                       ? PlainNumber{at + digits + 1, value_of_digits(characters, digits)}
+                       : no_number;
+        }
+    }
+    return read_any_digits(at, end);
+}
+
+PlainNumber read_plain_long_digits(const char *at, const char *end) {
+    uint64_t number;
+    if (end - at >= 24 && read_sixteen_digits(at, number)) {
+        const uint64_t characters = load_eight(at + 16);
+        const unsigned digits = count_leading_digits(characters);
+        if (digits >= 1 && digits <= 4 && at[16 + digits] == '\n') {
+            return append_digits(number, characters, digits)
+                       ? PlainNumber{at + 16 + digits + 1, number}
+                       : no_number;
+        }
+    }
+    return read_plain_digits(at, end);
+}
+
+char *put_large_number_line(char *out, uint64_t number) {
+    if (number < ten_to_4) {
+        out = put_first_digits(out, uint64_t{four_digits(static_cast<uint32_t>(number))} << 32);
+    } else if (number < ten_to_8) {
+        out = put_first_digits(out, eight_digits(number));
+    } else if (number < ten_to_16) {
+        const SixteenDigits digits(number);
+        out = put_first_digits(out, digits.first());
+        out = put_eight_digits(out, digits.second());
+    } else {
+        const uint64_t first = number / ten_to_16;
+        const SixteenDigits digits(number - first * ten_to_16);
+        // The number's first digits are four at most.
+        out = put_first_digits(out, uint64_t{four_digits(static_cast<uint32_t>(first))} << 32);
+        out = put_eight_digits(out, digits.first());
+        out = put_eight_digits(out, digits.second());
+    }
+    *out = '\n';
+    return out + 1;
+}
+
 } // namespace kvt_str

@@ -5,10 +5,14 @@
 // read_plain_number takes only what the writer writes, digits and a newline, and is fast.
 #pragma once
 
+#include <array>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+
+#include "text/digits.h"
+#include "text/folded.h"
 
 namespace kvt_str {
 
@@ -19,6 +23,10 @@ inline bool is_space(char c) {
 
 inline bool is_digit(char c) {
     return c >= '0' && c <= '9';
+}
+
+inline uint64_t digit_value(char digit) {
+    return static_cast<uint64_t>(digit - '0');
 }
 
 inline constexpr uint64_t powers_of_ten[20] = {1,
@@ -42,133 +50,114 @@ inline constexpr uint64_t powers_of_ten[20] = {1,
                                                1000000000000000000,
                                                10000000000000000000u};
 
-/// Eight characters of text as a number whose lowest byte is the first character.
-inline uint64_t load_eight(const char *at) {
-    uint64_t characters;
-    std::memcpy(&characters, at, sizeof characters);
-    if constexpr (std::endian::native == std::endian::big) {
-        characters = __builtin_bswap64(characters);
-    }
-    return characters;
-}
-
-inline void store_eight(char *out, uint64_t characters) {
-    if constexpr (std::endian::native == std::endian::big) {
-        characters = __builtin_bswap64(characters);
-    }
-    std::memcpy(out, &characters, sizeof characters);
-}
-
 /// Reads as the C library's "%lu" does: skips blanks, takes a sign, wraps a negative number and
 /// saturates beyond 64 bits. Returns false, and leaves `value`, where that finds no number.
 bool scan_number(const char *at, uint64_t &value);
 
-/// How many of the eight characters, from the first on, are digits.
-inline unsigned count_leading_digits(uint64_t characters) {
-    constexpr uint64_t each = 0x0101010101010101;
-    // A digit is the only character whose high half is 3 both as it stands and with 6 added.
-    const uint64_t other = ((characters & (each * 0xF0)) ^ (each * 0x30)) |
-                           (((characters + each * 0x06) & (each * 0xF0)) ^ (each * 0x30));
-    return other == 0 ? 8 : static_cast<unsigned>(std::countr_zero(other)) / 8;
+/// A number's digits and the newline behind them.
+struct PlainNumber {
+    const char *next; ///< behind the newline; null where something else stands
+    uint64_t value;
+};
+
+/// Reads digits that a newline follows at once: null when the text is anything else or the number
+/// takes more than 64 bits. `end` is the text's NUL.
+PlainNumber read_plain_digits(const char *at, const char *end);
+
+/// The same for numbers that mostly have more than sixteen digits.
+PlainNumber read_plain_long_digits(const char *at, const char *end);
+
+/// The same, with a short way for the number of one digit, the most frequent, and by the width of
+/// the number that it is stored in.
+template <unsigned width>
+KVT_FOLDED PlainNumber read_plain_number(const char *at, const char *end) {
+    if (is_digit(at[0]) && at[1] == '\n') {
+        return {at + 2, digit_value(at[0])};
+    }
+    return width == 8 ? read_plain_long_digits(at, end) : read_plain_digits(at, end);
 }
 
-/// The number that eight digits stand for, by joining neighbours: 8 x 1, 4 x 2, 2 x 4, 1 x 8.
-inline uint64_t value_of_eight_digits(uint64_t characters) {
-    characters -= 0x3030303030303030;
-    characters = characters * 10 + (characters >> 8);
-    constexpr uint64_t pairs = 0x000000FF000000FF;
-    return (((characters & pairs) * (100 + (uint64_t{1000000} << 32))) +
-            (((characters >> 16) & pairs) * (1 + (uint64_t{10000} << 32)))) >>
-           32;
-}
-
-/// Reads digits that a newline follows at once. Returns the position behind the newline; null, with
-/// `value` left, when the text is anything else or the number takes more than 64 bits. `end` is the
-/// text's NUL.
-inline const char *read_plain_number(const char *at, const char *end, uint64_t &value) {
-    if (!is_digit(*at)) {
-        return nullptr;
-    }
-    if (at[1] == '\n') {
-        value = static_cast<uint64_t>(*at - '0');
-        return at + 2;
-    }
-    uint64_t number = 0;
-    while (end - at >= 8) {
-        const uint64_t characters = load_eight(at);
-        const unsigned digits = count_leading_digits(characters);
-        if (digits != 0) {
-            // Digits move to the end of the eight, behind zeros.
-            const uint64_t zeros = 0x3030303030303030;
-            const uint64_t aligned =
-                digits == 8 ? characters
-                            : (characters << (64 - 8 * digits)) | (zeros >> (8 * digits));
-            if (__builtin_mul_overflow(number, powers_of_ten[digits], &number) ||
-                __builtin_add_overflow(number, value_of_eight_digits(aligned), &number)) {
-                return nullptr;
+/// The same, with short ways for up to three digits: bytes of one field have the same length
+/// mostly, and then the branches cost nothing.
+KVT_FOLDED PlainNumber read_plain_byte(const char *at, const char *end) {
+    if (is_digit(at[0])) {
+        uint64_t value = digit_value(at[0]);
+        if (at[1] == '\n') {
+            return {at + 2, value};
+        }
+        if (is_digit(at[1])) {
+            value = 10 * value + digit_value(at[1]);
+            if (at[2] == '\n') {
+                return {at + 3, value};
             }
-            at += digits;
-        }
-        if (digits != 8) {
-            break;
-        }
-    }
-    for (; is_digit(*at); ++at) {
-        if (__builtin_mul_overflow(number, uint64_t{10}, &number) ||
-            __builtin_add_overflow(number, static_cast<uint64_t>(*at - '0'), &number)) {
-            return nullptr;
+            if (is_digit(at[2]) && at[3] == '\n') {
+                return {at + 4, 10 * value + digit_value(at[2])};
+            }
         }
     }
-    if (*at != '\n') {
-        return nullptr;
-    }
-    value = number;
-    return at + 1;
+    return read_plain_digits(at, end);
 }
 
-/// The digits of a number below 10^8, the first in the lowest byte, with its leading zeros.
-inline uint64_t eight_digits(uint64_t number) {
-    const uint64_t halves = (number / 10000) | ((number % 10000) << 32);
-    const uint64_t high = ((halves * 10486) >> 20) & 0x0000007F0000007F; // each half / 100
-    const uint64_t quarters = high | ((halves - 100 * high) << 16);
-    const uint64_t tens = ((quarters * 103) >> 10) & 0x000F000F000F000F; // each quarter / 10
-    return (tens | ((quarters - 10 * tens) << 8)) + 0x3030303030303030;
+/// Writes a number from 256 on in decimal, and a newline. Returns the position behind it.
+char *put_large_number_line(char *out, uint64_t number);
+
+/// The digits of the numbers below 256 and a newline, the first character in the lowest byte.
+inline constexpr auto small_number_lines = [] {
+    std::array<uint32_t, 256> lines{};
+    for (uint32_t number = 0; number < lines.size(); ++number) {
+        uint32_t line = '\n';
+        for (uint32_t rest = number; rest != 0 || line == '\n'; rest /= 10) {
+            line = line << 8 | ('0' + rest % 10);
+        }
+        lines[number] = line;
+    }
+    return lines;
+}();
+
+/// Writes a number in decimal, and a newline. Returns the position behind it. It may touch up to
+/// two characters more: room that is there anyway, since a closing line and a NUL follow.
+KVT_FOLDED char *put_number_line(char *out, uint64_t number) {
+    if (number >= small_number_lines.size()) {
+        return put_large_number_line(out, number);
+    }
+    uint32_t line = small_number_lines[number];
+    if constexpr (std::endian::native == std::endian::big) {
+        line = __builtin_bswap32(line);
+    }
+    std::memcpy(out, &line, sizeof line);
+    return out + 2 + (number >= 10) + (number >= 100);
 }
 
-/// Writes a number in decimal and returns the position behind it. Of a number with two digits or
-/// more it may touch up to eight characters from the first digit on: room that a line has anyway,
-/// since its newline, a closing line and a NUL follow.
-inline char *put_number(char *out, uint64_t number) {
-    constexpr uint64_t eight = 100000000;
-    if (number < 10) {
-        *out = static_cast<char>('0' + number);
-        return out + 1;
+/// For each number of bits, what is added to a number below 2^32 to make its upper 32 bits the
+/// number of its digits.
+inline constexpr auto digits_by_bits = [] {
+    std::array<uint64_t, 33> sums{};
+    for (unsigned bits = 0, digits = 1; bits < sums.size(); ++bits) {
+        // The greatest number of so many bits may have a digit more than the least.
+        const uint64_t least = bits == 0 ? 0 : uint64_t{1} << (bits - 1);
+        const uint64_t greatest = (uint64_t{1} << bits) - 1;
+        while (least >= powers_of_ten[digits]) {
+            ++digits;
+        }
+        sums[bits] = greatest >= powers_of_ten[digits]
+                         ? (uint64_t{digits + 1} << 32) - powers_of_ten[digits]
+                         : uint64_t{digits} << 32;
     }
-    const uint64_t first = number < eight           ? number
-                           : number < eight * eight ? number / eight
-                                                    : number / (eight * eight);
-    const uint64_t characters = eight_digits(first);
-    const unsigned zeros =
-        static_cast<unsigned>(std::countr_zero(characters - 0x3030303030303030)) / 8;
-    store_eight(out, characters >> (8 * zeros));
-    out += 8 - zeros;
-    if (number >= eight * eight) {
-        store_eight(out, eight_digits(number / eight % eight));
-        out += 8;
-    }
-    if (number >= eight) {
-        store_eight(out, eight_digits(number % eight));
-        out += 8;
-    }
-    return out;
-}
+    return sums;
+}();
 
-/// The number of characters that put_number writes.
-inline unsigned count_digits(uint64_t number) {
+/// The number of digits of a number in decimal.
+template <typename Number> KVT_FOLDED uint64_t count_digits(Number number) {
+    if constexpr (sizeof number == 1) {
+        return 1U + (number >= 10) + (number >= 100);
+    }
+    if (uint64_t{number} >> 32 == 0) {
+        const auto bits = static_cast<size_t>(std::bit_width(number));
+        return (number + digits_by_bits[bits]) >> 32;
+    }
     // 1233/4096 is a little above log10(2): the estimate is right or one too small.
-    const unsigned estimate = static_cast<unsigned>(std::bit_width(number | 1)) * 1233 >> 12;
-    return estimate + (estimate < 20 && number >= powers_of_ten[estimate] ? 1 : 0) +
-           (number == 0 ? 1 : 0);
+    const unsigned estimate = static_cast<unsigned>(std::bit_width(number)) * 1233 >> 12;
+    return estimate + (estimate < 20 && number >= powers_of_ten[estimate] ? 1 : 0);
 }
 
 } // namespace kvt_str

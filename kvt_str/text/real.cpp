@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <iterator>
 #include <limits>
 #include <locale.h>
 
@@ -90,6 +91,31 @@ bool scan_real(const char *at, float &value) {
     }
     value = scanned;
     return true;
+}
+
+PlainReal read_plain_real(const char *at) {
+    // Both the digits without their point and the power of ten are floats without a loss, so that
+    // their quotient is rounded once, as the C library rounds.
+    constexpr uint32_t most = 1U << std::numeric_limits<float>::digits;
+    static constexpr float powers[] = {1e0F, 1e1F, 1e2F, 1e3F, 1e4F, 1e5F, 1e6F, 1e7F};
+    uint32_t digits = 0;
+    const char *point = nullptr;
+    const char *start = at;
+    for (; is_digit(*at) || (*at == '.' && point == nullptr); ++at) {
+        if (*at == '.') {
+            point = at;
+            continue;
+        }
+        digits = 10 * digits + static_cast<uint32_t>(digit_value(*at));
+        if (digits > most) {
+            return {nullptr, 0};
+        }
+    }
+    const auto decimals = point != nullptr ? static_cast<size_t>(at - point - 1) : 0;
+    if (*at != '\n' || at - start == (point != nullptr) || decimals >= std::size(powers)) {
+        return {nullptr, 0};
+    }
+    return {at + 1, static_cast<float>(digits) / powers[decimals]};
 }
 
 size_t format_real(float value, char (&out)[real_capacity]) {

@@ -9,6 +9,16 @@ namespace kvt_str {
 /// Returns false, and leaves `value`, where that finds no number.
 bool scan_real(const char *at, float &value);
 
+/// A float's digits and the newline behind them.
+struct PlainReal {
+    const char *next; ///< behind the newline; null where something else stands
+    float value;
+};
+
+/// Reads a number of a few digits, with a point between them or not, that a newline follows at
+/// once: the form that percentages have. Null for any other text, some numbers among them.
+PlainReal read_plain_real(const char *at);
+
 /// Enough for any "%g" of a double: sign, 6 digits, point, exponent, NUL.
 inline constexpr size_t real_capacity = 32;
 

@@ -5,9 +5,9 @@
 #include <cstring>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "record/release.h"
-#include "record/write.h"
 #include "support/literal_codec.h"
 #include "support/log_capture.h"
 #include "support/memory_watch.h"
@@ -22,8 +22,6 @@ namespace {
 
 using namespace kvt_str;
 
-constexpr Label block_label = make_label(KVT_BLANKS "some_block {\n");
-
 /// How often each comparison is made. KVT_TEST_ROUNDS in the environment makes it more thorough.
 size_t rounds() {
     const char *asked = std::getenv("KVT_TEST_ROUNDS");
@@ -37,15 +35,23 @@ struct Reading {
     std::vector<LogLine> log;
 };
 
-Reading read(const Record &table, const char *text, Counts counts, bool literally) {
-    LogCapture capture;
+/// How a text is read.
+struct Way {
+    bool literally;
+    Counts counts;
+    bool traced; ///< traces close the straight path
+};
+
+Reading read(const Record &table, const char *text, const Way &way) {
+    LogCapture capture(way.traced ? 6 : 0);
     Reading reading{std::calloc(1, table.size), 0, {}};
     const char *behind = nullptr;
-    if (literally) {
-        behind = literal_read(table, text, reading.record, counts);
+    if (way.literally) {
+        behind = literal_read(table, text, reading.record, way.counts);
     } else {
-        Input input{Text(text), counts};
-        behind = skip_blanks(table.unpack(input, text, reading.record, 1));
+        Input input{Text(text), way.counts};
+        behind = table.unpack(input, after_newline(text), reading.record, 1);
+        behind = skip_blanks(behind);
     }
     reading.stops_at = behind - text;
     reading.log = capture.take();
@@ -76,18 +82,20 @@ std::string shallow_difference(const Record &table, const void *a, const void *b
     return {};
 }
 
-/// Reads a text both ways, with the allocations from `first_failure` on failing, `failures` of
-/// them, and expects the same record, position and log. False when it differs.
+/// Reads a text literally and by the codec, with the allocations from `first_failure` on failing,
+/// `failures` of them, and expects the same record, position and log. False when it differs.
 bool expect_same_reading(const Record &table, const std::string &text, size_t first_failure,
                          size_t failures) {
     const auto copy = exact_copy(text);
     std::string difference;
-    for (const Counts counts : {Counts::as_read, Counts::agree}) {
+    for (const auto [counts, traced] :
+         {std::pair(Counts::as_read, true), std::pair(Counts::as_read, false),
+          std::pair(Counts::agree, true), std::pair(Counts::agree, false)}) {
         MemoryWatch watch;
         watch.fail(first_failure + 1, failures); // number 0 is the record
-        const Reading codec = read(table, copy.get(), counts, false);
+        const Reading codec = read(table, copy.get(), {false, counts, traced});
         watch.fail(first_failure + 1, failures);
-        const Reading literal = read(table, copy.get(), counts, true);
+        const Reading literal = read(table, copy.get(), {true, counts, traced});
         watch.fail_nothing();
 
         EXPECT_EQ(codec.stops_at, literal.stops_at);
@@ -107,8 +115,9 @@ bool expect_same_reading(const Record &table, const std::string &text, size_t fi
         EXPECT_EQ(difference, "");
         if (testing::Test::HasFailure()) {
             ADD_FAILURE() << table.name << ", counts "
-                          << (counts == Counts::agree ? "agree" : "as read") << ", failing "
-                          << first_failure << "+" << failures << ":\n"
+                          << (counts == Counts::agree ? "agree" : "as read")
+                          << (traced ? ", traced" : ", untraced") << ", failing " << first_failure
+                          << "+" << failures << ":\n"
                           << text;
             return false;
         }
@@ -129,13 +138,9 @@ TEST(AgainstTheLiteralForm, RandomRecordsAreWrittenAndMeasuredAlike) {
             OwnedRecord record(*table);
             fill_randomly(*table, record.get(), random);
             for (const unsigned level : {1U, 2U, 3U}) {
-                const std::string literal =
-                    literal_write(*table, record.get(), "some_block", level);
-                ASSERT_EQ(measure_block(*table, record.get(), block_label, level), literal.size());
-                const std::unique_ptr<char[]> text(new char[literal.size() + 1]);
-                const char *behind = table->pack(record.get(), block_label, level, text.get());
-                ASSERT_EQ(std::string(text.get()), literal) << table->name;
-                ASSERT_EQ(behind, text.get() + literal.size());
+                ASSERT_EQ(write_block(*table, record.get(), level),
+                          literal_write(*table, record.get(), "some_block", level))
+                    << table->name;
             }
         }
     }
@@ -150,7 +155,7 @@ TEST(AgainstTheLiteralForm, RandomRecordsSurviveWritingAndReading) {
             const auto text = exact_copy(literal_write(*table, record.get(), "some_block", 1));
             OwnedRecord again(*table);
             Input input{Text(text.get()), Counts::as_read};
-            const char *behind = table->unpack(input, text.get(), again.get(), 1);
+            const char *behind = table->unpack(input, after_newline(text.get()), again.get(), 1);
             ASSERT_EQ(*behind, '\0');
             ASSERT_EQ(first_difference(*table, record.get(), again.get()), "")
                 << table->name << "\n"

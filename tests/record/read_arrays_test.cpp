@@ -7,7 +7,9 @@
 #include "support/memory_watch.h"
 #include "support/messages.h"
 #include "support/random_records.h"
+#include "support/tables.h"
 #include "support/test_records.h"
+#include "text/scanner.h"
 
 namespace kvt_test {
 namespace {
@@ -21,7 +23,7 @@ public:
         : record_(RecordOf<Type>::table) {
         const auto text = exact_copy("block {\n" + lines + "}\n");
         Input input{Text(text.get()), counts};
-        RecordOf<Type>::table.unpack(input, text.get(), record_.get(), 1);
+        RecordOf<Type>::table.unpack(input, after_newline(text.get()), record_.get(), 1);
     }
 
     Type *operator->() { return record_.template as<Type>(); }
@@ -485,14 +487,12 @@ TEST(Runs, OnlyTheLowHalfOfACountIsWrittenWhereTheRowSaysSo) {
     test_everything record = {};
     record.entries_len = (uint64_t{1} << 32) + 1;
     record.entries = &entry;
-    constexpr Label name = make_label(KVT_BLANKS "some_block {\n");
-    char text[4096];
-    RecordOf<test_everything>::table.pack(&record, name, 1, text);
-    EXPECT_NE(std::string(text).find("    entries_len: 4294967297\n"
-                                     "    entries {\n"
-                                     "      id: 5\n"
-                                     "    }\n"
-                                     "  }\n"),
+    const std::string text = write_block(RecordOf<test_everything>::table, &record, 1);
+    EXPECT_NE(text.find("    entries_len: 4294967297\n"
+                        "    entries {\n"
+                        "      id: 5\n"
+                        "    }\n"
+                        "  }\n"),
               std::string::npos)
         << text;
 }
@@ -564,11 +564,9 @@ TEST(SignedNumbers, AreWrittenWithTheirSignAndReadAsTheSameBits) {
     for (const int32_t number : {-1, INT32_MIN, INT32_MAX, 1, -2147483647}) {
         test_everything record = {};
         record.signed_number = number;
-        constexpr Label name = make_label(KVT_BLANKS "some_block {\n");
-        char text[4096];
-        RecordOf<test_everything>::table.pack(&record, name, 1, text);
+        const std::string text = write_block(RecordOf<test_everything>::table, &record, 1);
         const std::string line = "    signed_number: " + std::to_string(number) + "\n";
-        EXPECT_NE(std::string(text).find(line), std::string::npos);
+        EXPECT_NE(text.find(line), std::string::npos);
         ReadBlock<test_everything> read(line);
         EXPECT_EQ(read->signed_number, number);
     }

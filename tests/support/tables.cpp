@@ -1,5 +1,9 @@
 #include "support/tables.h"
 
+#include <gtest/gtest.h>
+
+#include <memory>
+
 #include "message_table.h"
 #include "support/test_records.h"
 
@@ -18,6 +22,16 @@ std::vector<const kvt_str::Record *> all_tables() {
         }
     }
     return tables;
+}
+
+std::string write_block(const kvt_str::Record &table, const void *record, unsigned level) {
+    const std::string opening = std::string(2 * level, ' ') + "some_block {\n";
+    const size_t size = opening.size() + table.measure(record, level);
+    const std::unique_ptr<char[]> text(new char[size + 1]);
+    opening.copy(text.get(), opening.size());
+    const char *behind = table.pack(record, level, text.get() + opening.size());
+    EXPECT_EQ(behind, text.get() + size) << table.name;
+    return {static_cast<const char *>(text.get()), behind};
 }
 
 } // namespace kvt_test

@@ -5,23 +5,24 @@
 namespace kvt_str {
 
 // clang-format off
-RECORD(test_entry,
+// The first ones are unrolled, the last two are walked.
+UNROLLED_RECORD(test_entry, at_level(2),
     FIELD(id),
     FIELD(name_len),
     JOINED_TEXT(name, name_len),
     FIELD(num_small),
     ARRAY(small, num_small));
 
-DEFINE_RECORD(test_address, msg_test_address, Reading::untraced_merge,
+DEFINE_RECORD(test_address, msg_test_address, Reading::untraced_merge, at_level(2),
     FIELD(prefix, shared_value),
     FIELD(guid, shared_value),
     FIELD(plain));
 
-RECORD(test_slot,
+UNROLLED_RECORD(test_slot, at_level(2),
     FIELD(tree_idx),
     FIELD(tree_id));
 
-RECORD(test_everything,
+UNROLLED_RECORD(test_everything, at_level(1) | at_level(3),
     FIELD(byte),
     FIELD(word),
     FIELD(number_always, always),

@@ -58,7 +58,7 @@ TEST(CopyWords, StaysWithinBlocksOfExactlyTheLength) {
 }
 
 TEST(EqualWords, FindsEqualCharactersEqual) {
-    for (unsigned length = 8; length <= greatest_length; ++length) {
+    for (unsigned length = 4; length <= greatest_length; ++length) {
         const std::string characters = different_characters(length);
         EXPECT_TRUE(equal_words(exact_copy(characters).get(), exact_copy(characters).get(), length))
             << "length " << length;
@@ -66,7 +66,7 @@ TEST(EqualWords, FindsEqualCharactersEqual) {
 }
 
 TEST(EqualWords, FindsADifferenceAtEveryPosition) {
-    for (unsigned length = 8; length <= greatest_length; ++length) {
+    for (unsigned length = 4; length <= greatest_length; ++length) {
         const auto a = exact_copy(different_characters(length));
         const auto b = exact_copy(different_characters(length));
         for (unsigned i = 0; i < length; ++i) {
@@ -83,7 +83,7 @@ TEST(EqualWords, FindsADifferenceAtEveryPosition) {
 }
 
 TEST(EqualWords, DoesNotLookBeforeOrBehindTheLength) {
-    for (unsigned length = 8; length <= greatest_length; ++length) {
+    for (unsigned length = 4; length <= greatest_length; ++length) {
         const std::string same = different_characters(length);
         const std::string a = "01234567" + same + "89abcdef";
         const std::string b = "!!!!!!!!" + same + "????????";

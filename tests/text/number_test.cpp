@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstring>
 #include <iterator>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <ostream>
@@ -250,7 +251,7 @@ TEST(ScanNumber, RandomDigitsAroundTheGreatestNumberAreScannedAsByTheCLibrary) {
     }
 }
 
-// --- count_leading_digits and value_of_eight_digits ----------------------------------------------
+// --- count_leading_digits and value_of_digits ---------------------------------------------------
 
 TEST(CountLeadingDigits, StopsAtEveryCharacterThatIsNoDigit) {
     for (unsigned position = 0; position < 8; ++position) {
@@ -275,18 +276,59 @@ TEST(CountLeadingDigits, DoesNotMindWhatFollows) {
     }
 }
 
-TEST(ValueOfEightDigits, GivesEachDigitItsPlace) {
-    const auto value_of = [](const char *digits) {
-        return kvt_str::value_of_eight_digits(kvt_str::load_eight(digits));
+TEST(ValueOfDigits, GivesEachDigitItsPlace) {
+    const auto value_of = [](std::string_view digits) {
+        const std::string characters = std::string(digits) + "\n9?\xFF 12345";
+        return kvt_str::value_of_digits(kvt_str::load_eight(characters.data()),
+                                        static_cast<unsigned>(digits.size()));
     };
     EXPECT_EQ(value_of("12345678"), 12345678U);
     EXPECT_EQ(value_of("00000000"), 0U);
     EXPECT_EQ(value_of("99999999"), 99999999U);
-    for (unsigned position = 0; position < 8; ++position) {
+    EXPECT_EQ(value_of("1234567"), 1234567U);
+    for (unsigned length = 1; length <= 8; ++length) {
+        for (unsigned position = 0; position < length; ++position) {
+            for (char digit = '1'; digit <= '9'; ++digit) {
+                std::string digits(length, '0');
+                digits[position] = digit;
+                EXPECT_EQ(value_of(digits), std::stoull(digits));
+            }
+        }
+    }
+}
+
+// --- read_sixteen_digits -------------------------------------------------------------------------
+
+TEST(ReadSixteenDigits, GivesEachDigitItsPlace) {
+    const auto value_of = [](const std::string &digits) {
+        uint64_t value = untouched;
+        EXPECT_TRUE(kvt_str::read_sixteen_digits(digits.data(), value)) << digits;
+        return value;
+    };
+    EXPECT_EQ(value_of("1234567890123456"), 1234567890123456U);
+    EXPECT_EQ(value_of("0000000000000000"), 0U);
+    EXPECT_EQ(value_of("9999999999999999"), 9999999999999999U);
+    for (unsigned position = 0; position < 16; ++position) {
         for (char digit = '1'; digit <= '9'; ++digit) {
-            std::string digits = "00000000";
+            std::string digits(16, '0');
             digits[position] = digit;
-            EXPECT_EQ(value_of(digits.c_str()), std::stoull(digits));
+            EXPECT_EQ(value_of(digits), std::stoull(digits));
+        }
+    }
+}
+
+TEST(ReadSixteenDigits, RefusesEveryOtherCharacterAtEveryPlace) {
+    for (unsigned position = 0; position < 16; ++position) {
+        for (int c = 0; c < 256; ++c) {
+            for (const char other : {'0', '5', '9'}) {
+                std::string characters(16, other);
+                characters[position] = static_cast<char>(c);
+                uint64_t value = untouched;
+                const bool is_digit = c >= '0' && c <= '9';
+                ASSERT_EQ(kvt_str::read_sixteen_digits(characters.data(), value), is_digit)
+                    << testing::PrintToString(characters);
+                ASSERT_EQ(value != untouched, is_digit);
+            }
         }
     }
 }
@@ -304,20 +346,26 @@ void PrintTo(const PlainNumber &number, std::ostream *out) {
     *out << number.value << " before " << testing::PrintToString(number.rest);
 }
 
-/// The plain number that the text begins with, if any. Fails where a refusal does not leave the
-/// variable, and where scan_number reads another one.
+/// The plain number that the text begins with, if any. Fails where the readers of numbers of the
+/// different widths differ, and where scan_number reads another one.
 std::optional<PlainNumber> read_plain(std::string_view text) {
     const auto copy = exact_copy(text);
-    uint64_t value = untouched;
-    const char *behind = kvt_str::read_plain_number(copy.get(), copy.get() + text.size(), value);
-    if (behind == nullptr) {
-        EXPECT_EQ(value, untouched) << testing::PrintToString(text);
+    const char *end = copy.get() + text.size();
+    const kvt_str::PlainNumber number = kvt_str::read_plain_number<4>(copy.get(), end);
+    for (const auto &other : {kvt_str::read_plain_number<1>(copy.get(), end),
+                              kvt_str::read_plain_number<8>(copy.get(), end)}) {
+        EXPECT_EQ(other.next, number.next) << testing::PrintToString(text);
+        if (number.next != nullptr) {
+            EXPECT_EQ(other.value, number.value) << testing::PrintToString(text);
+        }
+    }
+    if (number.next == nullptr) {
         return std::nullopt;
     }
     uint64_t scanned_value = untouched;
     EXPECT_TRUE(kvt_str::scan_number(copy.get(), scanned_value)) << testing::PrintToString(text);
-    EXPECT_EQ(value, scanned_value) << testing::PrintToString(text);
-    return PlainNumber{value, behind};
+    EXPECT_EQ(number.value, scanned_value) << testing::PrintToString(text);
+    return PlainNumber{number.value, number.next};
 }
 
 /// The same from the description: digits, as few or many as may be, that fit 64 bits, and a
@@ -472,73 +520,64 @@ TEST(ReadPlainNumber, RandomDigitsAroundTheGreatestNumberAreReadAsDescribed) {
     }
 }
 
-// --- put_number and count_digits -----------------------------------------------------------------
+// --- put_number_line and count_digits ------------------------------------------------------------
 
-/// True when put_number and count_digits tell a number's digits, and put_number stays within the
-/// eight characters from the first digit on or, for more digits, within these; within the digit
-/// where there is one.
+/// What follows a number's line in every text: the closing lines of its block and of the message.
+constexpr size_t least_behind = std::string_view("  }\n}\n").size() + 1;
+
+/// True when put_number_line puts a number's digits and a newline, and touches no more than what
+/// follows anyway, and count_digits counts the digits.
 testing::AssertionResult is_put(uint64_t number) {
     constexpr size_t before = 8;
     constexpr char pattern = '#';
-    char out[before + 20 + 20];
+    char out[before + 40];
     std::memset(out, pattern, sizeof out);
-    const char *behind = kvt_str::put_number(out + before, number);
-    const std::string digits = std::to_string(number);
-    if (behind != out + before + digits.size()) {
+    const char *behind = kvt_str::put_number_line(out + before, number);
+    const std::string line = std::to_string(number) + "\n";
+    if (behind != out + before + line.size()) {
         return testing::AssertionFailure()
                << number << ": returned " << behind - (out + before) << " characters";
     }
-    if (std::memcmp(out + before, digits.data(), digits.size()) != 0) {
+    if (std::memcmp(out + before, line.data(), line.size()) != 0) {
         return testing::AssertionFailure()
-               << number << ": wrote " << std::string(out + before, digits.size());
+               << number << ": wrote " << std::string(out + before, line.size());
     }
-    const size_t touchable = digits.size() == 1 ? 1 : std::max(digits.size(), size_t{8});
     const auto is_pattern = [](char c) {
         return c == pattern;
     };
     if (!std::all_of(out, out + before, is_pattern) ||
-        !std::all_of(out + before + touchable, std::end(out), is_pattern)) {
+        !std::all_of(out + before + line.size() + least_behind, std::end(out), is_pattern)) {
         return testing::AssertionFailure() << number << ": touched other characters";
     }
-    if (kvt_str::count_digits(number) != digits.size()) {
+    if (kvt_str::count_digits(number) != line.size() - 1) {
         return testing::AssertionFailure()
                << number << ": counted " << kvt_str::count_digits(number) << " digits";
     }
     return testing::AssertionSuccess();
 }
 
-TEST(PutNumber, PutsTheDigits) {
-    char out[32] = "";
-    *kvt_str::put_number(out, 0) = '\0';
-    EXPECT_STREQ(out, "0");
-    *kvt_str::put_number(out, 5) = '\0';
-    EXPECT_STREQ(out, "5");
-    *kvt_str::put_number(out, 10) = '\0';
-    EXPECT_STREQ(out, "10");
-    *kvt_str::put_number(out, 1200000034) = '\0';
-    EXPECT_STREQ(out, "1200000034");
-    *kvt_str::put_number(out, UINT64_MAX) = '\0';
-    EXPECT_STREQ(out, "18446744073709551615");
+TEST(PutNumberLine, PutsTheDigitsAndANewline) {
+    const auto put = [](uint64_t number) {
+        char out[32] = "";
+        return std::string(out, kvt_str::put_number_line(out, number));
+    };
+    EXPECT_EQ(put(0), "0\n");
+    EXPECT_EQ(put(5), "5\n");
+    EXPECT_EQ(put(10), "10\n");
+    EXPECT_EQ(put(1200000034), "1200000034\n");
+    EXPECT_EQ(put(UINT64_MAX), "18446744073709551615\n");
 }
 
-TEST(PutNumber, TouchesNothingBehindASingleDigit) {
-    for (unsigned digit = 0; digit < 10; ++digit) {
-        const auto out = std::make_unique<char[]>(1);
-        EXPECT_EQ(kvt_str::put_number(out.get(), digit), out.get() + 1);
-        EXPECT_EQ(out[0], static_cast<char>('0' + digit));
-    }
-}
-
-TEST(PutNumber, NeedsEightCharactersOrItsDigits) {
+TEST(PutNumberLine, NeedsNoMoreRoomThanTheShortestMessageHas) {
     for (const uint64_t number : telling_numbers()) {
-        const std::string digits = std::to_string(number);
-        const auto out = std::make_unique<char[]>(std::max(digits.size(), size_t{8}));
-        kvt_str::put_number(out.get(), number);
-        EXPECT_EQ(std::string(out.get(), digits.size()), digits);
+        const std::string line = std::to_string(number) + "\n";
+        const auto out = std::make_unique<char[]>(line.size() + least_behind);
+        kvt_str::put_number_line(out.get(), number);
+        EXPECT_EQ(std::string(out.get(), line.size()), line);
     }
 }
 
-TEST(PutNumber, SmallNumbersAreThoseOfTheStandardLibrary) {
+TEST(PutNumberLine, SmallNumbersAreThoseOfTheStandardLibrary) {
     for (uint64_t number = 0; number < 100000; ++number) {
         ASSERT_TRUE(is_put(number));
     }
@@ -547,32 +586,45 @@ TEST(PutNumber, SmallNumbersAreThoseOfTheStandardLibrary) {
     }
 }
 
-TEST(PutNumber, EveryGroupOfFourDigitsIsThatOfTheStandardLibrary) {
+TEST(PutNumberLine, EveryGroupOfFourDigitsIsThatOfTheStandardLibrary) {
     for (uint64_t group = 0; group < 10000; ++group) {
         const uint64_t eight = group * 10000 + (9999 - group);
         ASSERT_TRUE(is_put(eight));
         ASSERT_TRUE(is_put(1200000000 + eight));
         ASSERT_TRUE(is_put(eight * 100000000 + eight));
-        ASSERT_TRUE(is_put(uint64_t{1234} * 10000000000000000 + eight * 100000000 + eight));
+        ASSERT_TRUE(is_put((group % 1844 + 1) * 10000000000000000 + eight * 100000000 + eight));
     }
 }
 
-TEST(PutNumber, EveryBitBoundaryAndPowerOfTenIsThatOfTheStandardLibrary) {
+TEST(PutNumberLine, EveryBitBoundaryAndPowerOfTenIsThatOfTheStandardLibrary) {
     for (const uint64_t number : telling_numbers()) {
         ASSERT_TRUE(is_put(number));
     }
 }
 
-TEST(PutNumber, RandomNumbersAreThoseOfTheStandardLibrary) {
+TEST(PutNumberLine, RandomNumbersAreThoseOfTheStandardLibrary) {
     Random random(6);
     for (unsigned i = 0; i < 100000; ++i) {
         ASSERT_TRUE(is_put(random_number(random)));
     }
 }
 
-TEST(CountDigits, CountsAsManyAsThereAre) {
-    EXPECT_EQ(kvt_str::count_digits(0), 1U);
-    EXPECT_EQ(kvt_str::count_digits(9), 1U);
+template <typename Number> void expect_all_counted(uint64_t step) {
+    for (uint64_t number = 0; number <= std::numeric_limits<Number>::max(); number += step) {
+        ASSERT_EQ(kvt_str::count_digits(static_cast<Number>(number)),
+                  std::to_string(number).size());
+    }
+}
+
+TEST(CountDigits, CountsAsManyAsThereAreInEveryWidth) {
+    expect_all_counted<uint8_t>(1);
+    expect_all_counted<uint16_t>(1);
+    expect_all_counted<uint32_t>(65537);
+    for (const uint64_t number : telling_numbers()) {
+        EXPECT_EQ(kvt_str::count_digits(number), std::to_string(number).size()) << number;
+        const auto low = static_cast<uint32_t>(number);
+        EXPECT_EQ(kvt_str::count_digits(low), std::to_string(low).size()) << low;
+    }
     uint64_t power = 1;
     for (unsigned digits = 2; digits <= 20; ++digits) {
         power *= 10;

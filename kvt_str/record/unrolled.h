@@ -1,0 +1,114 @@
+// The routines of a record: a walk over its table or, at the levels that a record names, the same
+// steps unrolled. There the rows and the indentation are known when compiling, and every step folds
+// into straight code.
+#pragma once
+
+#include <utility>
+
+#include "record/read.h"
+#include "record/read_row.h"
+#include "record/row.h"
+#include "record/write.h"
+#include "record/write_row.h"
+
+namespace kvt_str {
+
+/// A level that a record's steps are unrolled for; several are combined with |.
+constexpr unsigned at_level(unsigned number) {
+    return 1U << number;
+}
+
+inline constexpr unsigned most_levels = 5;
+
+/// `Source` has the record's type, `Finished` its rows, and `levels` are those to unroll.
+template <typename Type, const auto &rows, unsigned levels> struct Routines {
+    static char *write(const void *record, unsigned level, char *out) {
+        char *behind = nullptr;
+        const auto unrolled = [&]<unsigned known> {
+            behind = put<known>(Storing{out}, record).at;
+        };
+        return call_unrolled(level, unrolled) ? behind : write_record(table, record, level, out);
+    }
+
+    static uint64_t measure(const void *record, unsigned level) {
+        uint64_t size = 0;
+        const auto unrolled = [&]<unsigned known> {
+            size = put<known>(Counting{0}, record).size;
+        };
+        return call_unrolled(level, unrolled) ? size : measure_record(table, record, level);
+    }
+
+    static const char *read(Input &input, const char *at, void *record, unsigned level) {
+        const char *behind = nullptr;
+        const auto unrolled = [&]<unsigned known> {
+            behind = read<known>(input, at, record);
+        };
+        return call_unrolled(level, unrolled) ? behind
+                                              : read_record(table, input, at, record, level);
+    }
+
+private:
+    static constexpr const Record &table = RecordOf<Type>::table;
+
+    /// Calls a step for a level when it is one of those that are unrolled.
+    template <typename Step> KVT_FOLDED static bool call_unrolled(unsigned level, Step &step) {
+        return [&]<unsigned... known>(std::integer_sequence<unsigned, known...>) KVT_FOLDED_LAMBDA {
+            return (call_at<known>(level, step) || ...);
+        }
+        (std::make_integer_sequence<unsigned, most_levels>{});
+    }
+
+    template <unsigned known, typename Step>
+    KVT_FOLDED static bool call_at(unsigned level, Step &step) {
+        if constexpr ((levels & at_level(known)) != 0) {
+            if (level == known) {
+                step.template operator()<known>();
+                return true;
+            }
+        }
+        return false;
+    }
+
+    template <unsigned level, typename Out> KVT_FOLDED static Out put(Out out, const void *record) {
+        for_each_row([&](const Row &row)
+                         KVT_FOLDED_LAMBDA { out = put_row(out, row, level + 1, record); });
+        out.put_label(closing_label, indent_of(level));
+        return out;
+    }
+
+    template <unsigned level>
+    KVT_FOLDED static const char *read(Input &input, const char *at, void *record) {
+        clear_record(table, record);
+        Progress progress;
+        const char *start = at;
+        if (is_straight_path_open()) {
+            const Straight block{input, input.text, record, level + 1};
+            for_each_row([&](const Row &row)
+                             KVT_FOLDED_LAMBDA { at = take_straight(block, row, at, progress); });
+            const char *behind = behind_label(block.text, closing_label, at, indent_of(level));
+            if (behind != nullptr && counts_are_true(record, progress.heap)) {
+                return behind;
+            }
+        }
+        return read_rest(table, input, at, record, level, progress, at == start);
+    }
+
+    /// Every count is the number of elements that were read.
+    KVT_FOLDED static bool counts_are_true(const void *record, const HeapArrays &heap) {
+        bool all = true;
+        for_each_row([&](const Row &row) KVT_FOLDED_LAMBDA {
+            all &=
+                !row.counts_elements() || load_count(row, record) == heap.elements[row.heap_index];
+        });
+        return all;
+    }
+
+    template <typename Step> KVT_FOLDED static void for_each_row(const Step &step) {
+        [&]<size_t... i>(std::index_sequence<i...>) KVT_FOLDED_LAMBDA {
+            (step(rows[i]), ...);
+        }
+        (std::make_index_sequence<rows.size()>{});
+    }
+};
+
+} // namespace kvt_str
