@@ -121,9 +121,8 @@ int main() {
         if (kind.record == nullptr) {
             continue;
         }
-        std::printf("\n#### %s\n\nKind %u, block `%.*s`, record `%s`.\n", kind.name, kind.value,
-                    static_cast<int>(kind.opening.length - std::strlen(" {\n")), kind.opening.text,
-                    kind.record->name);
+        std::printf("\n#### %s\n\nKind %u, block `%s`, record `%s`.\n", kind.name, kind.value,
+                    kind.block, kind.record->name);
         print_table(*kind.record);
         collect_nested(*kind.record, nested);
     }

@@ -18,10 +18,10 @@ constexpr MessageReader sequence_reader = {"kvt_msg_arr_from_str",
 
 /// The envelopes of a text by their braces. The messages that are read can be more: braces in
 /// quoted texts count here too.
-size_t count_envelopes(const char *at) {
+size_t count_envelopes(const Text &text, const char *at) {
     size_t count = 0;
     do {
-        at = find_block_end(at);
+        at = text.find_block_end(at);
         ++count;
     } while (begins_message(at));
     return count;
@@ -60,12 +60,12 @@ bool MessageSequence::reserve(size_t entries) {
 }
 
 bool MessageSequence::read(const char *begin, uint32_t length) {
-    if (!reserve(count_envelopes(begin))) {
-        return false;
-    }
     // The records only serve to write the texts and are released by their counts: both must be
     // safe, whatever the text says.
     Input input{Text(begin), Counts::agree};
+    if (!reserve(count_envelopes(input.text, begin))) {
+        return false;
+    }
     const char *at = begin;
     while (begins_message(at)) {
         if (count_ == capacity_ && !reserve(2 * capacity_)) {

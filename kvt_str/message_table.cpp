@@ -6,6 +6,7 @@
 
 #include "kvt/messages/message_type.h"
 #include "records/records.h"
+#include "text/digits.h"
 #include "text/scanner.h"
 
 namespace kvt_str {
@@ -14,14 +15,14 @@ namespace {
 
 #define MESSAGE(name, block, record)                                                               \
     MessageKind {                                                                                  \
-        VEMRA_MSG_TYPE_##name, #name, &RecordOf<record>::table,                                    \
+        VEMRA_MSG_TYPE_##name, #name, block, &RecordOf<record>::table,                             \
             "msg {\n  type: " #name "\n  " block " {\n",                                           \
             "kvt_msg_from_str: Failed to allocate memory for " #record " message",                 \
             "kvt_msg_arr_from_str: Failed to allocate memory for " #record " message"              \
     }
 #define NO_RECORD(name)                                                                            \
     MessageKind {                                                                                  \
-        VEMRA_MSG_TYPE_##name, #name, nullptr, {}, nullptr, nullptr                                \
+        VEMRA_MSG_TYPE_##name, #name, nullptr, nullptr, {}, nullptr, nullptr                       \
     }
 
 // clang-format off
@@ -93,6 +94,21 @@ const MessageKind *find_kind(int32_t msg_type) {
 const MessageKind *find_kind(const char *name) {
     for (const MessageKind &kind : kinds) {
         if (begins_with(name, kind.name, std::strlen(kind.name))) {
+            return &kind;
+        }
+    }
+    return nullptr;
+}
+
+const MessageKind *find_straight_kind(const Text &text, const char *at) {
+    // Most kinds differ in the first eight characters of their names; every head has them.
+    constexpr size_t name = std::string_view("msg {\n  type: ").size();
+    if (!text.has(at, name + 8)) {
+        return nullptr;
+    }
+    for (const MessageKind &kind : kinds) {
+        if (kind.record != nullptr && load_eight(at + name) == load_eight(&kind.head[name]) &&
+            text.has(at, kind.head.size()) && equal_words(at, kind.head.data(), kind.head.size())) {
             return &kind;
         }
     }

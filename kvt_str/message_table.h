@@ -6,12 +6,14 @@
 #include <string_view>
 
 #include "record/row.h"
+#include "text/text.h"
 
 namespace kvt_str {
 
 struct MessageKind {
     uint32_t value;       ///< in the enumeration of kinds
     const char *name;     ///< as on the type line
+    const char *block;    ///< the name of the record's block; null for a kind that carries none
     const Record *record; ///< null for a kind that carries none
 
     std::string_view head; ///< the lines up to the opening line of the record's block
@@ -28,6 +30,10 @@ const MessageKind *find_kind(int32_t msg_type);
 
 /// The kind of a name, which may go on behind the kind's own name; null for any other.
 const MessageKind *find_kind(const char *name);
+
+/// The kind with a record whose message begins at `at` as the writer begins it, to the letter up to
+/// the record's first line; null for any other text.
+const MessageKind *find_straight_kind(const Text &text, const char *at);
 
 /// The level of a message's record block.
 inline constexpr unsigned message_level = 1;

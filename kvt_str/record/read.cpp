@@ -159,7 +159,7 @@ const char *BlockReader::read_lines(const char *at, bool first) {
             break;
         } else {
             trace_mismatch(at);
-            at = line.opens ? find_block_end(at) : line.next;
+            at = line.opens ? input_.text.find_block_end(at) : line.next;
         }
     }
     settle_counts(table_, input_, record_, progress_.heap);

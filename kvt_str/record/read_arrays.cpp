@@ -279,7 +279,7 @@ const char *read_run(Input &input, const Row &row, const char *at, void *record,
             at = skip_blanks(at);
             ++array.count;
         } else {
-            at = find_block_end(at);
+            at = input.text.find_block_end(at);
         }
     } while (has_key(row, at));
     replace_array(row, input, record, heap, array, first_lie);
@@ -296,7 +296,7 @@ const char *read_slots(Input &input, const Row &row, const char *at, void *recor
         ++in_use;
     } while (in_use < row.capacity && has_key(row, at));
     while (has_key(row, at)) {
-        at = find_block_end(at);
+        at = input.text.find_block_end(at);
     }
     store_count(row, record, in_use);
     return at;

@@ -64,8 +64,7 @@ void replace_array(const Row &row, const Input &input, void *record, HeapArrays 
 
 /// Remembers every count of the record that differs from the elements that were read, where those
 /// own something: the record may be an element that is replaced.
-void remember_lying_counts(const Record &table, Input &input, void *record,
-                           const HeapArrays &heap);
+void remember_lying_counts(const Record &table, Input &input, void *record, const HeapArrays &heap);
 
 /// Makes every count of the record agree with the elements that were read: a greater count is
 /// lowered; elements beyond a smaller one are released, and with the last one the array.

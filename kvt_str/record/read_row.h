@@ -43,6 +43,15 @@ struct Straight {
     KVT_FOLDED const char *value_of(const Row &row, const char *at) const {
         return behind_label(text, row.label, at, indent_of(level));
     }
+
+    /// True when a run of the row goes on at `at`, in whatever form.
+    KVT_FOLDED bool goes_on(const Row &row, const char *at) const {
+        const unsigned indent = indent_of(level);
+        const bool straight = text.has(at, indent + 1) &&
+                              equal_words(at, row.label.text - deepest_indent, indent) &&
+                              !is_blank(at[indent]);
+        return has_key(row, straight ? at + indent : skip_blanks(at));
+    }
 };
 
 /// The number of a line of the row; null in any other line.
@@ -118,7 +127,7 @@ KVT_FOLDED const char *take_text(const Straight &block, const Row &row, const ch
 /// Takes a string of one line. The room for it is what several lines would begin with.
 KVT_FOLDED const char *take_joined_text(const Straight &block, const Row &row, const char *at) {
     const std::string_view value = quoted_value(block, row, at, longest_joined_value);
-    if (value.empty() || has_key(row, skip_blanks(behind_quoted(value)))) {
+    if (value.empty() || block.goes_on(row, behind_quoted(value))) {
         return at;
     }
     auto *text = static_cast<char *>(std::calloc(first_capacity * value.size(), 1));
@@ -152,7 +161,7 @@ KVT_FOLDED const char *take_numbers(const Straight &block, const Row &row, const
         at = number.next;
         number = number_of(block, row, at);
     } while (number.next != nullptr);
-    if (has_key(row, skip_blanks(at))) {
+    if (block.goes_on(row, at)) {
         return read_rest(block.input, row, at, block.record, progress.heap, array);
     }
     replace_array(row, block.input, block.record, progress.heap, array,
@@ -176,7 +185,7 @@ KVT_FOLDED const char *take_bytes(const Straight &block, const Row &row, const c
         at = number.next;
         number = number_of(block, row, at);
     }
-    return has_key(row, skip_blanks(at))
+    return block.goes_on(row, at)
                ? _kvt_txt_unpack_primarray_uint8_t(block.input, row, start, block.record)
                : at;
 }
@@ -211,16 +220,15 @@ KVT_FOLDED const char *take_run(const Straight &block, const Row &row, const cha
     for (; lines != nullptr; lines = block.value_of(row, at)) {
         char *element = array.next();
         if (element == nullptr) {
-            at = find_block_end(at);
+            at = block.text.find_block_end(at);
             break;
         }
         at = row.element->unpack(block.input, lines, element, block.level);
         ++array.count;
     }
-    const char *key = skip_blanks(at);
-    if (has_key(row, key)) {
-        return read_run(block.input, row, key, block.record, block.level, progress.heap, array,
-                        first_lie);
+    if (block.goes_on(row, at)) {
+        return read_run(block.input, row, skip_blanks(at), block.record, block.level, progress.heap,
+                        array, first_lie);
     }
     replace_array(row, block.input, block.record, progress.heap, array, first_lie);
     return at;

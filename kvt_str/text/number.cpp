@@ -34,8 +34,9 @@ bool append_digits(uint64_t &number, uint64_t characters, unsigned count) {
            !__builtin_add_overflow(number, value_of_digits(characters, count), &number);
 }
 
-/// Reads any number of digits, to the last character of the text.
-PlainNumber read_any_digits(const char *at, const char *end) {
+/// Reads any number of digits, to the last character of the text. Rarely needed: kept apart, so
+/// that the readers that call it save no registers for it.
+[[gnu::noinline]] PlainNumber read_any_digits(const char *at, const char *end) {
     const char *start = at;
     uint64_t number = 0;
     for (; end - at >= 8; at += 8) {
@@ -81,6 +82,15 @@ PlainNumber read_plain_digits(const char *at, const char *end) {
             return at[digits] == '\n'
                        ? PlainNumber{at + digits + 1, value_of_digits(characters, digits)}
                        : no_number;
+        }
+    }
+    if (end - at >= 16) {
+        const uint64_t characters = load_eight(at + 8);
+        const unsigned digits = count_leading_digits(characters);
+        if (digits >= 1 && digits < 8 && at[8 + digits] == '\n') {
+            const uint64_t first = value_of_digits(load_eight(at), 8);
+            return {at + 8 + digits + 1,
+                    first * powers_of_ten[digits] + value_of_digits(characters, digits)};
         }
     }
     return read_any_digits(at, end);

@@ -67,35 +67,19 @@ PlainNumber read_plain_digits(const char *at, const char *end);
 /// The same for numbers that mostly have more than sixteen digits.
 PlainNumber read_plain_long_digits(const char *at, const char *end);
 
-/// The same, with a short way for the number of one digit, the most frequent, and by the width of
-/// the number that it is stored in.
+/// The same by the width of the number that it is stored in, with a short way for few digits: in
+/// one field these are as many mostly, and then the branches cost nothing.
 template <unsigned width>
 KVT_FOLDED PlainNumber read_plain_number(const char *at, const char *end) {
-    if (is_digit(at[0]) && at[1] == '\n') {
-        return {at + 2, digit_value(at[0])};
+    constexpr unsigned few = width == 1 ? 3 : 1;
+    uint64_t value = 0;
+    for (unsigned i = 0; i < few && is_digit(at[i]); ++i) {
+        value = 10 * value + digit_value(at[i]);
+        if (at[i + 1] == '\n') {
+            return {at + i + 2, value};
+        }
     }
     return width == 8 ? read_plain_long_digits(at, end) : read_plain_digits(at, end);
-}
-
-/// The same, with short ways for up to three digits: bytes of one field have the same length
-/// mostly, and then the branches cost nothing.
-KVT_FOLDED PlainNumber read_plain_byte(const char *at, const char *end) {
-    if (is_digit(at[0])) {
-        uint64_t value = digit_value(at[0]);
-        if (at[1] == '\n') {
-            return {at + 2, value};
-        }
-        if (is_digit(at[1])) {
-            value = 10 * value + digit_value(at[1]);
-            if (at[2] == '\n') {
-                return {at + 3, value};
-            }
-            if (is_digit(at[2]) && at[3] == '\n') {
-                return {at + 4, 10 * value + digit_value(at[2])};
-            }
-        }
-    }
-    return read_plain_digits(at, end);
 }
 
 /// Writes a number from 256 on in decimal, and a newline. Returns the position behind it.

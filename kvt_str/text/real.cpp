@@ -1,9 +1,10 @@
 #include "text/real.h"
 
+#include <bit>
+#include <cfloat>
 #include <clocale>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <iterator>
 #include <limits>
 #include <locale.h>
@@ -94,6 +95,9 @@ bool scan_real(const char *at, float &value) {
 }
 
 PlainReal read_plain_real(const char *at) {
+    if constexpr (FLT_EVAL_METHOD != 0) {
+        return {nullptr, 0}; // a quotient that is kept longer than a float would be rounded twice
+    }
     // Both the digits without their point and the power of ten are floats without a loss, so that
     // their quotient is rounded once, as the C library rounds.
     constexpr uint32_t most = 1U << std::numeric_limits<float>::digits;
@@ -118,7 +122,61 @@ PlainReal read_plain_real(const char *at) {
     return {at + 1, static_cast<float>(digits) / powers[decimals]};
 }
 
+namespace {
+
+/// Decimal powers around the numbers that "%g" writes without an exponent. No float lies between
+/// such a power and the nearest double, so that comparisons with these are exact.
+constexpr double decimal_powers[] = {1e-4, 1e-3, 1e-2, 1e-1, 1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6};
+
+/// Writes as "%g" does a number that takes no exponent there; 0 characters where it may take one.
+/// Exact, in the rounding to nearest that programs start with: a float is an integer times a power
+/// of two, and its six digits are that times a power of ten.
+size_t format_plain_real(float value, char (&out)[real_capacity]) {
+    constexpr int digits = 6;
+    const double magnitude = static_cast<double>(value);
+    if (!(magnitude >= decimal_powers[0] && magnitude < decimal_powers[10])) {
+        return 0; // NaN, too
+    }
+    int exponent = -4;
+    while (magnitude >= decimal_powers[exponent + 5]) {
+        ++exponent;
+    }
+    const auto bits = std::bit_cast<uint32_t>(value);
+    const uint64_t integer = (bits & 0x7FFFFF) | 0x800000;
+    const unsigned shift = 150 - (bits >> 23);                              // 4 to 37
+    const uint64_t scaled = integer * powers_of_ten[digits - 1 - exponent]; // below 2^54
+    uint64_t rounded = scaled >> shift;
+    const uint64_t rest = scaled - (rounded << shift);
+    const uint64_t half = uint64_t{1} << (shift - 1);
+    rounded += rest > half || (rest == half && rounded % 2 != 0) ? 1 : 0;
+    if (rounded == powers_of_ten[digits]) {
+        return 0; // six nines and more: rare, and the exponent changes
+    }
+    char eight[8]; // two zeros and the digits
+    store_eight(eight, eight_digits(rounded) + in_each_byte('0'));
+    const char *digit = eight + 2;
+    const char *last = eight + 7;
+    while (*last == '0') {
+        --last;
+    }
+    char *at = out;
+    for (int place = exponent < 0 ? 0 : exponent; place >= 0 || digit <= last; --place) {
+        if (place == -1) {
+            *at++ = '.';
+        }
+        *at++ = place > exponent ? '0' : *digit++;
+    }
+    *at = '\0';
+    return static_cast<size_t>(at - out);
+}
+
+} // namespace
+
 size_t format_real(float value, char (&out)[real_capacity]) {
+    const size_t plain = format_plain_real(value, out);
+    if (plain != 0) {
+        return plain;
+    }
     const CLocale c_locale;
     const int length = std::snprintf(out, sizeof out, "%g", static_cast<double>(value));
     return static_cast<size_t>(length);

@@ -16,7 +16,10 @@ Line look_at_line(const char *at) {
 }
 
 const char *find_block_end(const char *at) {
-    ptrdiff_t depth = 0;
+    return find_block_end(at, 0);
+}
+
+const char *find_block_end(const char *at, ptrdiff_t depth) {
     for (; *at != '\0'; ++at) {
         depth += (*at == '{') - (*at == '}');
         if (*at == '\n' && depth == 0) {

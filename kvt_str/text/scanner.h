@@ -56,6 +56,9 @@ Line look_at_line(const char *at);
 /// The position of the first character, not blank, after the block that the line at `at` opens.
 const char *find_block_end(const char *at);
 
+/// The same from within a block: `depth` blocks are open at `at`.
+const char *find_block_end(const char *at, ptrdiff_t depth);
+
 /// The step from one message to the next within `length` characters; null when there is none.
 const char *next_message(const char *at, uint32_t length);
 

@@ -1,30 +1,52 @@
 #include "text/text.h"
 
-#include <bit>
-
-#include "text/number.h"
+#include "text/chunk.h"
+#include "text/scanner.h"
 
 namespace kvt_str {
 
 std::string_view plain_quoted(const char *at, const char *end) {
-    constexpr uint64_t each = 0x0101010101010101;
-    // The lowest byte that is set is the first character that is searched for.
-    const auto found = [](uint64_t characters, char wanted) {
-        const uint64_t zero = characters ^ (each * static_cast<uint8_t>(wanted));
-        return (zero - each) & ~zero & (each * 0x80);
-    };
-    for (const char *stop = at; end - stop >= 8; stop += 8) {
-        const uint64_t characters = load_eight(stop);
-        const uint64_t stops =
-            found(characters, '"') | found(characters, '}') | found(characters, '\n');
+    const char *stop = at;
+    for (; static_cast<size_t>(end - stop) >= Chunk::width; stop += Chunk::width) {
+        const Chunk chunk(stop);
+        const Chunk::Places stops = chunk.find('"') | chunk.find('}') | chunk.find('\n');
         if (stops != 0) {
-            stop += std::countr_zero(stops) / 8;
-            return stop[0] == '"' && stop[1] == '\n'
-                       ? std::string_view(at, static_cast<size_t>(stop - at))
-                       : std::string_view();
+            stop += Chunk::first(stops);
+            break;
         }
     }
-    return {};
+    while (*stop != '"' && *stop != '}' && *stop != '\n' && *stop != '\0') {
+        ++stop;
+    }
+    return stop[0] == '"' && stop[1] == '\n' ? std::string_view(at, static_cast<size_t>(stop - at))
+                                             : std::string_view();
+}
+
+const char *Text::find_block_end(const char *at) const {
+    ptrdiff_t depth = 0;
+    for (; has(at, Chunk::width); at += Chunk::width) {
+        const Chunk chunk(at);
+        const Chunk::Places opening = chunk.find('{');
+        const Chunk::Places closing = chunk.find('}');
+        // A block cannot end in a chunk with fewer closing braces than blocks are open.
+        const ptrdiff_t closed = Chunk::count(closing);
+        if (depth > closed) {
+            depth += Chunk::count(opening) - closed;
+            continue;
+        }
+        Chunk::Places rest = opening | closing | chunk.find('\n');
+        for (; rest != 0; rest &= rest - 1) {
+            const Chunk::Places next = rest & -rest;
+            if ((next & opening) != 0) {
+                ++depth;
+            } else if ((next & closing) != 0) {
+                --depth;
+            } else if (depth == 0) {
+                return skip_blanks(at + Chunk::first(next));
+            }
+        }
+    }
+    return kvt_str::find_block_end(at, depth);
 }
 
 } // namespace kvt_str

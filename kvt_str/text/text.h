@@ -57,6 +57,9 @@ public:
                            : most};
     }
 
+    /// As find_block_end of the scanner, and faster.
+    const char *find_block_end(const char *at) const;
+
 private:
     const char *end_;
     const char *quote_ = nullptr;

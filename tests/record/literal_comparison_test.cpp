@@ -88,9 +88,11 @@ bool expect_same_reading(const Record &table, const std::string &text, size_t fi
                          size_t failures) {
     const auto copy = exact_copy(text);
     std::string difference;
-    for (const auto [counts, traced] :
-         {std::pair(Counts::as_read, true), std::pair(Counts::as_read, false),
-          std::pair(Counts::agree, true), std::pair(Counts::agree, false)}) {
+    constexpr std::pair<Counts, bool> ways[] = {{Counts::as_read, true},
+                                                {Counts::as_read, false},
+                                                {Counts::agree, true},
+                                                {Counts::agree, false}};
+    for (const auto &[counts, traced] : ways) {
         MemoryWatch watch;
         watch.fail(first_failure + 1, failures); // number 0 is the record
         const Reading codec = read(table, copy.get(), {false, counts, traced});

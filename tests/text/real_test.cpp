@@ -355,6 +355,68 @@ TEST(ScanReal, RandomNumbersAreScannedAsByTheCLibrary) {
     }
 }
 
+// --- read_plain_real -----------------------------------------------------------------------------
+
+/// The value that is read from a text's plain form, if it is in one. Fails where the scan reads
+/// another value, and where the position is not behind the newline.
+std::optional<float> read_plain(const std::string &text) {
+    const kvt_str::PlainReal real = kvt_str::read_plain_real(text.c_str());
+    if (real.next == nullptr) {
+        return std::nullopt;
+    }
+    EXPECT_EQ(real.next, text.c_str() + text.find('\n') + 1) << text;
+    EXPECT_EQ((Scanned{true, real.value}), scan(text)) << text;
+    return real.value;
+}
+
+TEST(ReadPlainReal, TakesDigitsWithAPointAndWithout) {
+    EXPECT_EQ(read_plain("5\n"), 5.0F);
+    EXPECT_EQ(read_plain("12.5\n  hosts_len: 4\n"), 12.5F);
+    EXPECT_EQ(read_plain("0.1\n"), 0.1F);
+    EXPECT_EQ(read_plain("0.0001\n"), 0.0001F);
+    EXPECT_EQ(read_plain("3.\n"), 3.0F);
+    EXPECT_EQ(read_plain(".25\n"), 0.25F);
+    EXPECT_EQ(read_plain("0\n"), 0.0F);
+    EXPECT_EQ(read_plain("999999\n"), 999999.0F);
+    EXPECT_EQ(read_plain("16777216\n"), 16777216.0F);
+}
+
+TEST(ReadPlainReal, LeavesEveryOtherForm) {
+    for (const char *text : {"",
+                             "\n",
+                             ".\n",
+                             "5",
+                             "-5\n",
+                             "+5\n",
+                             " 5\n",
+                             "5 \n",
+                             "5\r\n",
+                             "1e5\n",
+                             "0x1\n",
+                             "inf\n",
+                             "nan\n",
+                             "1.2.3\n",
+                             "1..2\n",
+                             "5}\n",
+                             "5,5\n",
+                             "16777217\n",
+                             "99999999999999999999\n",
+                             "0.00000001\n"}) {
+        EXPECT_EQ(read_plain(text), std::nullopt) << text;
+    }
+}
+
+TEST(ReadPlainReal, RandomNumbersAreReadAsByTheScan) {
+    Random random(7);
+    for (unsigned i = 0; i < 100000 && !HasFailure(); ++i) {
+        std::string digits = std::to_string(random() % (uint64_t{1} << (random() % 26)));
+        if (random() % 4 != 0) {
+            digits.insert(random() % (digits.size() + 1), 1, '.');
+        }
+        read_plain(digits + "\n");
+    }
+}
+
 // --- format_real ---------------------------------------------------------------------------------
 
 std::string format(float value) {
@@ -425,6 +487,38 @@ TEST(FormatReal, RandomValuesAreShownAsByTheCLibrary) {
         formatted(std::bit_cast<float>(static_cast<uint32_t>(random())));
         formatted(static_cast<float>(random() % 2000000) / 8.0F);
         formatted(std::bit_cast<float>(static_cast<uint32_t>(random() % 0x800000))); // denormal
+    }
+}
+
+TEST(FormatReal, NumbersHalfwayBetweenTwoGoToTheEvenOne) {
+    EXPECT_EQ(formatted(100000.5F), "100000");
+    EXPECT_EQ(formatted(100001.5F), "100002");
+    EXPECT_EQ(formatted(10000.25F), "10000.2");
+    EXPECT_EQ(formatted(10000.75F), "10000.8");
+    EXPECT_EQ(formatted(0.001953125F), "0.00195312");
+    EXPECT_EQ(formatted(0.005859375F), "0.00585938");
+}
+
+TEST(FormatReal, NumbersAroundPowersOfTenAreShownAsByTheCLibrary) {
+    for (double power = 1e-6; power < 1e8; power *= 10) {
+        auto below = static_cast<float>(power);
+        float above = below;
+        for (int i = 0; i < 500 && !HasFailure(); ++i) {
+            formatted(below);
+            formatted(above);
+            below = std::nextafter(below, 0.0F);
+            above = std::nextafter(above, infinity);
+        }
+    }
+}
+
+TEST(FormatReal, RandomNumbersWithoutAnExponentAreShownAsByTheCLibrary) {
+    Random random(8);
+    constexpr uint32_t least = 0x38000000;    // about 0.00003
+    constexpr uint32_t greatest = 0x49800000; // about 1048576
+    for (unsigned i = 0; i < 200000 && !HasFailure(); ++i) {
+        formatted(
+            std::bit_cast<float>(static_cast<uint32_t>(least + random() % (greatest - least))));
     }
 }
 

@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include "text/scanner.h"
 #include "text/text.h"
 
 namespace {
@@ -294,6 +295,92 @@ TEST(TextAfterLine, IsTheEndWhenNoNewlineIsLeft) {
     const Text reader(text.get());
     EXPECT_EQ(reader.after_line(text.get() + 2), reader.end());
     EXPECT_EQ(reader.after_line(reader.end()), reader.end());
+}
+
+// --- Text::find_block_end ------------------------------------------------------------------------
+
+/// Where the block ends, counted from the text's beginning. Fails where the plain scanner says
+/// otherwise.
+ptrdiff_t block_end(const std::string &text, size_t from = 0) {
+    const auto copy = exact_copy(text);
+    const Text reader(copy.get());
+    const char *end = reader.find_block_end(copy.get() + from);
+    EXPECT_EQ(end, kvt_str::find_block_end(copy.get() + from)) << testing::PrintToString(text);
+    return end - copy.get();
+}
+
+TEST(TextFindBlockEnd, IsBehindTheBlanksAfterTheBlock) {
+    EXPECT_EQ(block_end("msg {\n  type: END_JOB\n  end_job {\n    job_id: 5\n  }\n}\n\n msg {\n"),
+              56);
+    EXPECT_EQ(block_end("a {\n}\nb\n"), 6);
+    EXPECT_EQ(block_end("a\nb {\n"), 2);
+    EXPECT_EQ(block_end("a { { {\n} b: 1\n  } c: 123456789012345678901234567890\n}\n"), 55);
+}
+
+TEST(TextFindBlockEnd, IsTheEndOfATextThatClosesNoBlock) {
+    EXPECT_EQ(block_end(""), 0);
+    EXPECT_EQ(block_end("msg {\n  type: END_JOB\n"), 22);
+    EXPECT_EQ(block_end("} } }\n a: 12345678901234567890\n"), 31);
+}
+
+TEST(TextFindBlockEnd, RandomTextsEndWhereThePlainScannerSays) {
+    Random random(11);
+    constexpr std::string_view characters = "{}{}\n\n\n \t\"a:{}";
+    for (unsigned i = 0; i < 100000 && !HasFailure(); ++i) {
+        std::string text;
+        for (size_t left = random() % 80; left-- > 0;) {
+            // Long stretches of the same character, so that depths grow.
+            text.append(random() % 4 == 0 ? random() % 20 : 1,
+                        characters[random() % characters.size()]);
+        }
+        block_end(text, text.empty() ? 0 : random() % text.size());
+    }
+}
+
+// --- plain_quoted --------------------------------------------------------------------------------
+
+/// The value of a text that stands behind a first quote.
+std::string plain(const std::string &text) {
+    const auto copy = exact_copy(text);
+    const std::string_view value = kvt_str::plain_quoted(copy.get(), copy.get() + text.size());
+    EXPECT_TRUE(value.empty() || value.data() == copy.get());
+    return std::string(value);
+}
+
+TEST(PlainQuoted, IsTheValueUpToAQuoteAndANewline) {
+    EXPECT_EQ(plain("value\"\n"), "value");
+    EXPECT_EQ(plain("a { b: 1\t\"\n}\n"), "a { b: 1\t");
+    for (size_t length = 1; length < 70; ++length) {
+        const std::string value(length, 'v');
+        EXPECT_EQ(plain(value + "\"\n"), value);
+        EXPECT_EQ(plain(value + "\"\n    next: 12345678901234567890\n"), value);
+    }
+}
+
+TEST(PlainQuoted, LeavesEveryOtherForm) {
+    for (size_t length = 0; length < 40; ++length) {
+        const std::string value(length, 'v');
+        for (const char *rest : {"", "\n", "\"", "\" \n", "\"\r\n", "}\"\n", "}v\"\n", "\nv\"\n"}) {
+            EXPECT_EQ(plain(value + rest), "") << value << testing::PrintToString(rest);
+        }
+    }
+    EXPECT_EQ(plain("\"\n"), "");
+}
+
+TEST(PlainQuoted, RandomTextsAreThoseOfTheDescription) {
+    Random random(12);
+    constexpr std::string_view characters = "vvvvvvvvvvvvvvvvvvv vv{:'\t\xFF\x01v\"}\n";
+    for (unsigned i = 0; i < 100000 && !HasFailure(); ++i) {
+        std::string text;
+        for (size_t left = random() % 60; left-- > 0;) {
+            text += characters[random() % characters.size()];
+        }
+        text += "\"\n";
+        const size_t stop = text.find_first_of("\"}\n");
+        const bool is_plain = text[stop] == '"' && text[stop + 1] == '\n';
+        EXPECT_EQ(plain(text), is_plain ? text.substr(0, stop) : "")
+            << testing::PrintToString(text);
+    }
 }
 
 } // namespace
