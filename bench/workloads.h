@@ -34,8 +34,13 @@ private:
     std::unique_ptr<void, Release> record_;
 };
 
-/// How many elements every run and array of a workload has: its number in the full workload, times
-/// `times`, divided by `parts`; at least 1.
+/// The text of a record that was read, by whatever reader. All set the places of qp_child_idxs that
+/// have no line to 0, which the writer takes for a child: this ends the used ones again first.
+std::string text_of_read(const Message &message);
+
+/// How many elements the runs and arrays of a workload's record have: their number in the full
+/// workload, times `times`, divided by `parts`; at least 1. Runs and arrays of their elements keep
+/// their number, so that the text grows with the scale.
 struct Scale {
     unsigned times = 1;
     unsigned parts = 1;

@@ -1,0 +1,66 @@
+#include "contenders.h"
+
+#include <set>
+#include <string>
+
+#include "kvt_codec.h"
+#include "nlohmann_codec.h"
+#include "protobuf_codec.h"
+#include "rapidjson_codec.h"
+#include "simdjson_codec.h"
+#include "stdio_codec.h"
+
+namespace kvt_bench {
+
+std::span<const Contender> contenders() {
+    static constexpr bool yes = true;
+    static constexpr bool no = false;
+    static constexpr Contender all[] = {
+        // name, maker, encodes, decodes, writes_text
+        {"kvt_str", make_kvt_str, yes, yes, yes},
+        {"sprintf", make_stdio_line, yes, no, yes},
+        {"sscanf_line", make_stdio_line, no, yes, yes},
+        {"sscanf_rest", make_stdio_rest, no, yes, yes},
+        {"simdjson", make_simdjson, no, yes, no},
+        {"rapidjson", make_rapidjson, yes, yes, no},
+        {"nlohmann", make_nlohmann, yes, yes, no},
+        {"protobuf", make_protobuf, yes, yes, no},
+        {"protobuf_text", make_protobuf_text, yes, yes, no},
+    };
+    return all;
+}
+
+const Contender &contender(const char *name) {
+    for (const Contender &one : contenders()) {
+        if (one.name == std::string_view(name)) {
+            return one;
+        }
+    }
+    fail("no contender has the name", name);
+}
+
+void verify(const Contender &contender, const Message &message, const char *case_name) {
+    static std::set<std::string> verified;
+    const std::string which = std::string(contender.name) + " for " + case_name;
+    if (verified.contains(which)) {
+        return;
+    }
+    const auto codec = contender.make(message.kind());
+    const Document document = make_document(*codec, message);
+    const std::string text = message.text();
+    if (contender.writes_text && document.view() != text) {
+        fail("another text than kvt_str's is written by", which.c_str());
+    }
+    void *record = codec->decode(document.view());
+    if (record == nullptr || text_of_read(Message(message.kind(), record)) != text) {
+        fail("another record than was written is read by", which.c_str());
+    }
+    verified.insert(which);
+}
+
+Document make_document(Codec &codec, const Message &message) {
+    codec.encode(message.record());
+    return Document(codec.encoded());
+}
+
+} // namespace kvt_bench
