@@ -46,11 +46,7 @@ struct Straight {
 
     /// True when a run of the row goes on at `at`, in whatever form.
     KVT_FOLDED bool goes_on(const Row &row, const char *at) const {
-        const unsigned indent = indent_of(level);
-        const bool straight = text.has(at, indent + 1) &&
-                              equal_words(at, row.label.text - deepest_indent, indent) &&
-                              !is_blank(at[indent]);
-        return has_key(row, straight ? at + indent : skip_blanks(at));
+        return has_key(row, text.skip_blanks(at));
     }
 };
 
@@ -135,7 +131,9 @@ KVT_FOLDED const char *take_joined_text(const Straight &block, const Row &row, c
         copy_words(text, value.data(), value.size());
     }
     char *member = member_of(row, block.record);
-    std::free(load<void *>(member));
+    if (void *earlier = load<void *>(member); earlier != nullptr) {
+        std::free(earlier);
+    }
     store(member, text);
     store_count(row, block.record, text != nullptr ? value.size() + 1 : 0);
     return behind_quoted(value);

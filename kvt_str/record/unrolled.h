@@ -24,7 +24,7 @@ inline constexpr unsigned most_levels = 5;
 template <typename Type, const auto &rows, unsigned levels> struct Routines {
     static char *write(const void *record, unsigned level, char *out) {
         char *behind = nullptr;
-        const auto unrolled = [&]<unsigned known> {
+        const auto unrolled = [&]<unsigned known>() KVT_FOLDED_LAMBDA {
             behind = put<known>(Storing{out}, record).at;
         };
         return call_unrolled(level, unrolled) ? behind : write_record(table, record, level, out);
@@ -90,7 +90,18 @@ private:
                 return behind;
             }
         }
-        return read_rest(table, input, at, record, level, progress, at == start);
+        // A progress that no row makes is made here only: it costs the straight path nothing.
+        return read_rest(table, input, at, record, level, makes_progress() ? progress : Progress(),
+                         at == start);
+    }
+
+    static constexpr bool makes_progress() {
+        for (const Row &row : rows) {
+            if (row.counts_elements() || row.has(shared_value)) {
+                return true;
+            }
+        }
+        return false;
     }
 
     /// Every count is the number of elements that were read.

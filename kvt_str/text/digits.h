@@ -98,29 +98,38 @@ inline bool read_sixteen_digits(const char *at, uint64_t &value) {
 
 // --- To text -------------------------------------------------------------------------------------
 
+// A number is parted in steps. Each one puts the quotient by a power of ten and, `bits` higher, the
+// remainder side by side in twice the room: q + (n - power * q) * 2^bits. That takes two
+// operations, as n * 2^bits - (power * 2^bits - 1) * q.
+constexpr uint64_t parting(uint64_t power, unsigned bits) {
+    return (power << bits) - 1;
+}
+
 /// The digits of a number below 10^4, 0 to 9 each, with its leading zeros: the first in the lowest
 /// byte.
 inline uint32_t four_digits(uint32_t number) {
-    const uint32_t high = number * 5243 >> 19; // the number / 100
-    const uint32_t pairs = high | (number - 100 * high) << 16;
-    const uint32_t tens = (pairs * 103 >> 10) & 0x000F000F; // each pair / 10
-    return tens | (pairs - 10 * tens) << 8;
+    const uint32_t hundreds = number * 5243 >> 19;
+    const uint32_t pairs = (number << 16) - static_cast<uint32_t>(parting(100, 16)) * hundreds;
+    const uint32_t tens = (pairs * 103 >> 10) & 0x000F000F;
+    return (pairs << 8) - static_cast<uint32_t>(parting(10, 8)) * tens;
 }
 
 #ifdef KVT_SSE2
-/// The digits of two numbers below 10^8.
+/// The digits of two numbers below 10^8, one in each half.
 inline __m128i sixteen_digits(__m128i numbers) {
-    // The same as below. A 16-bit product's high half serves for a division, too.
     const __m128i high =
         _mm_srli_epi64(_mm_mul_epu32(numbers, _mm_set1_epi32(static_cast<int>(0xD1B71759))), 45);
     const __m128i low = _mm_sub_epi32(numbers, _mm_mul_epu32(high, _mm_set1_epi32(10000)));
     const __m128i fours = _mm_or_si128(high, _mm_slli_epi64(low, 32));
-    const __m128i hundreds = _mm_srli_epi16(_mm_mulhi_epu16(fours, _mm_set1_epi16(5243)), 3);
-    const __m128i rest = _mm_sub_epi16(fours, _mm_mullo_epi16(hundreds, _mm_set1_epi16(100)));
-    const __m128i pairs = _mm_or_si128(hundreds, _mm_slli_epi32(rest, 16));
+    // There is no product of 32 bits: that of 16 bits is made for both halves, by -1 and by 100.
+    const __m128i upper = _mm_slli_epi32(fours, 16);
+    const __m128i hundreds =
+        _mm_srli_epi16(_mm_mulhi_epu16(_mm_or_si128(fours, upper), _mm_set1_epi16(5243)), 3);
+    const __m128i pairs =
+        _mm_sub_epi16(upper, _mm_mullo_epi16(hundreds, _mm_set1_epi32(100 << 16 | 0xFFFF)));
     const __m128i tens = _mm_mulhi_epu16(pairs, _mm_set1_epi16(6554));
-    const __m128i ones = _mm_sub_epi16(pairs, _mm_mullo_epi16(tens, _mm_set1_epi16(10)));
-    return _mm_or_si128(tens, _mm_slli_epi16(ones, 8));
+    return _mm_sub_epi16(_mm_slli_epi16(pairs, 8),
+                         _mm_mullo_epi16(tens, _mm_set1_epi16(parting(10, 8))));
 }
 #endif
 
@@ -130,12 +139,12 @@ inline uint64_t eight_digits(uint64_t number) {
     return static_cast<uint64_t>(
         _mm_cvtsi128_si64(sixteen_digits(_mm_cvtsi64_si128(static_cast<int64_t>(number)))));
 #else
-    const uint64_t high = number * 0xD1B71759 >> 45; // the number / 10^4
-    const uint64_t fours = high | (number - 10000 * high) << 32;
-    const uint64_t hundreds = (fours * 5243 >> 19) & 0x0000007F0000007F; // each four / 100
-    const uint64_t pairs = hundreds | (fours - 100 * hundreds) << 16;
-    const uint64_t tens = (pairs * 103 >> 10) & 0x000F000F000F000F; // each pair / 10
-    return tens | (pairs - 10 * tens) << 8;
+    const uint64_t ten_thousands = number * 0xD1B71759 >> 45;
+    const uint64_t fours = (number << 32) - parting(10000, 32) * ten_thousands;
+    const uint64_t hundreds = (fours * 5243 >> 19) & 0x0000007F0000007F;
+    const uint64_t pairs = (fours << 16) - parting(100, 16) * hundreds;
+    const uint64_t tens = (pairs * 103 >> 10) & 0x000F000F000F000F;
+    return (pairs << 8) - parting(10, 8) * tens;
 #endif
 }
 

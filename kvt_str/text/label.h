@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <cstring>
 
+#include "text/digits.h"
 #include "text/folded.h"
 
 namespace kvt_str {
@@ -37,9 +38,8 @@ constexpr unsigned indent_of(unsigned level) {
 /// Copies exactly `length` characters, in words that overlap.
 KVT_FOLDED char *copy_words(char *out, const char *from, size_t length) {
     if (length >= 16) {
-        std::memcpy(out, from, 16);
-        if (length > 32) {
-            std::memcpy(out + 16, from + 16, length - 32);
+        for (size_t i = 0; i + 16 < length; i += 16) {
+            std::memcpy(out + i, from + i, 16);
         }
         std::memcpy(out + length - 16, from + length - 16, 16);
     } else if (length >= 8) {
@@ -68,6 +68,16 @@ KVT_FOLDED bool equal_words(const char *a, const char *b, size_t length) {
     if (length < 8) {
         return (differing(0, uint32_t{}) | differing(length - 4, uint32_t{})) == 0;
     }
+#ifdef KVT_SSE2
+    if (length >= 16) {
+        __m128i difference = differing(length - 16, __m128i{});
+        for (size_t i = 0; i + 16 < length; i += 16) {
+            difference = _mm_or_si128(difference, differing(i, __m128i{}));
+        }
+        const __m128i zeros = _mm_cmpeq_epi8(difference, _mm_setzero_si128());
+        return _mm_movemask_epi8(zeros) == 0xFFFF;
+    }
+#endif
     uint64_t difference = differing(length - 8, uint64_t{});
     for (size_t i = 0; i + 8 < length; i += 8) {
         difference |= differing(i, uint64_t{});

@@ -57,9 +57,14 @@ bool append_digits(uint64_t &number, uint64_t characters, unsigned count) {
     return at != start && *at == '\n' ? PlainNumber{at + 1, number} : no_number;
 }
 
+/// The number of leading zeros among digits that are not all zero.
+unsigned count_zeros(uint64_t digits) {
+    return static_cast<unsigned>(__builtin_ctzll(digits)) / 8;
+}
+
 /// Writes digits without their leading zeros. It may touch eight characters whatever their number.
 char *put_first_digits(char *out, uint64_t digits) {
-    const unsigned zeros = static_cast<unsigned>(std::countr_zero(digits)) / 8;
+    const unsigned zeros = count_zeros(digits);
     store_eight(out, (digits + in_each_byte('0')) >> (8 * zeros));
     return out + 8 - zeros;
 }
@@ -112,8 +117,13 @@ PlainNumber read_plain_long_digits(const char *at, const char *end) {
 
 char *put_large_number_line(char *out, uint64_t number) {
     if (number < ten_to_4) {
-        out = put_first_digits(out, uint64_t{four_digits(static_cast<uint32_t>(number))} << 32);
-    } else if (number < ten_to_8) {
+        const uint64_t digits = four_digits(static_cast<uint32_t>(number));
+        const unsigned zeros = count_zeros(digits);
+        const uint64_t line = digits + (uint64_t{'\n'} << 32 | 0x30303030);
+        store_eight(out, line >> (8 * zeros));
+        return out + 5 - zeros;
+    }
+    if (number < ten_to_8) {
         out = put_first_digits(out, eight_digits(number));
     } else if (number < ten_to_16) {
         const SixteenDigits digits(number);

@@ -26,7 +26,7 @@ inline bool is_digit(char c) {
 }
 
 inline uint64_t digit_value(char digit) {
-    return static_cast<uint64_t>(digit - '0');
+    return static_cast<unsigned char>(digit) - uint64_t{'0'};
 }
 
 inline constexpr uint64_t powers_of_ten[20] = {1,

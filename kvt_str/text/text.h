@@ -1,9 +1,13 @@
 // A text that is being read, front to back.
 #pragma once
 
+#include <bit>
 #include <cstddef>
 #include <cstring>
 #include <string_view>
+
+#include "text/digits.h"
+#include "text/scanner.h"
 
 namespace kvt_str {
 
@@ -55,6 +59,14 @@ public:
         return {value, closing != nullptr
                            ? static_cast<size_t>(static_cast<const char *>(closing) - value)
                            : most};
+    }
+
+    /// As skip_blanks of the scanner, and faster for the indentation of a line.
+    const char *skip_blanks(const char *at) const {
+        if (has(at, 8)) {
+            at += std::countr_zero(load_eight(at) ^ in_each_byte(' ')) / 8;
+        }
+        return kvt_str::skip_blanks(at);
     }
 
     /// As find_block_end of the scanner, and faster.
