@@ -16,14 +16,16 @@ namespace {
 constexpr MessageReader sequence_reader = {"kvt_msg_arr_from_str",
                                            &MessageKind::no_memory_in_sequence};
 
-/// The envelopes of a text by their braces. The messages that are read can be more: braces in
-/// quoted texts count here too.
+/// How many messages the arrays have room for at first.
+constexpr size_t first_entries = 16;
+
+/// The envelopes from `at` on by their braces. The messages that are read can be more, or fewer:
+/// braces in quoted texts count here too.
 size_t count_envelopes(const Text &text, const char *at) {
     size_t count = 0;
-    do {
-        at = text.find_block_end(at);
+    for (; begins_message(at); at = text.find_block_end(at)) {
         ++count;
-    } while (begins_message(at));
+    }
     return count;
 }
 
@@ -63,29 +65,26 @@ bool MessageSequence::read(const char *begin, uint32_t length) {
     // The records only serve to write the texts and are released by their counts: both must be
     // safe, whatever the text says.
     Input input{Text(begin), Counts::agree};
-    if (!reserve(count_envelopes(input.text, begin))) {
-        return false;
-    }
-    const char *at = begin;
-    while (begins_message(at)) {
-        if (count_ == capacity_ && !reserve(2 * capacity_)) {
+    const char *closing = nullptr;
+    for (const char *at = begin; at != nullptr && begins_message(at);) {
+        if (count_ == capacity_ && !reserve(capacity_ == 0 ? first_entries : 2 * capacity_)) {
             return false;
         }
         const MessageKind *kind;
-        at = read_message(input, at, sequence_reader, kind, &records_[count_]);
-        if (at == nullptr) {
+        closing = read_message(input, at, sequence_reader, kind, &records_[count_]);
+        if (closing == nullptr) {
             return false;
         }
         kinds_[count_++] = kind->value;
         // 32 bits wide on purpose: a length that ends within the message wraps, and reading goes
         // on.
-        const auto remaining = length - static_cast<uint32_t>(at - begin);
-        at = next_message(at, remaining);
-        if (at == nullptr) {
-            break;
-        }
+        const auto remaining = length - static_cast<uint32_t>(closing - begin);
+        at = next_message(closing, remaining);
     }
-    return true;
+    const size_t envelopes = input.straight
+                                 ? count_ + count_envelopes(input.text, next_line(closing))
+                                 : count_envelopes(input.text, begin);
+    return envelopes <= capacity_ || reserve(envelopes);
 }
 
 void MessageSequence::write_texts() {

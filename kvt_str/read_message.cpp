@@ -62,6 +62,7 @@ const char *read_message(Input &input, const char *at, const MessageReader &read
     if (kind != nullptr) {
         lines = at + kind->head.size();
     } else {
+        input.straight = false;
         const char *type_line = next_line(at);
         kind = find_kind_on_line(type_line, reader);
         if (kind == nullptr) {
@@ -75,7 +76,9 @@ const char *read_message(Input &input, const char *at, const MessageReader &read
         log(error_level, reader.name, kind->*reader.no_memory_text);
         return nullptr;
     }
-    return skip_blanks(table.unpack(input, lines, *record, message_level));
+    const char *closing = skip_blanks(table.unpack(input, lines, *record, message_level));
+    input.straight = input.straight && closing[0] == '}' && closing[1] == '\n';
+    return closing;
 }
 
 } // namespace kvt_str

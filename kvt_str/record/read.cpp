@@ -144,7 +144,13 @@ const char *BlockReader::read_lines(const char *at, bool first) {
             const char *behind = take_straight_lines(at);
             first = first && behind == at;
             at = behind;
+            behind = behind_label(input_.text, closing_label, at, indent_of(level_ - 1));
+            if (behind != nullptr) {
+                at = behind;
+                break;
+            }
         }
+        input_.straight = false;
         at = skip_blanks(at);
         if (*at == '\0') {
             break;
@@ -171,7 +177,7 @@ const char *BlockReader::read_lines(const char *at, bool first) {
 const char *read_record(const Record &table, Input &input, const char *at, void *record,
                         unsigned level) {
     clear_record(table, record);
-    return read_rest(table, input, at, record, level, Progress(), true);
+    return BlockReader(table, input, record, level, Progress()).read_lines(at, true);
 }
 
 const char *read_rest(const Record &table, Input &input, const char *at, void *record,

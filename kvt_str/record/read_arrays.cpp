@@ -64,6 +64,7 @@ struct NumberTraces {
 template <typename Number>
 const char *read_numbers(Input &input, const Row &row, const char *at, void *record,
                          HeapArrays &heap, GrowingArray array, const NumberTraces &traces) {
+    input.straight = false;
     Number value = 0;
     for (;;) {
         const char *key = skip_blanks(at);
@@ -178,6 +179,7 @@ const char *_kvt_txt_unpack_primptr_uint64_t(Input &input, const Row &row, const
 const char *_kvt_txt_unpack_primptr_char(Input &input, const Row &row, const char *at,
                                          void *record) {
     static constexpr char reader[] = "_kvt_txt_unpack_primptr_char";
+    input.straight = false;
     JoinedString joined;
     unsigned count = 0;
     // The traces show the buffer that a value is scanned into. It is cleared once the value has
@@ -222,6 +224,7 @@ const char *_kvt_txt_unpack_primptr_char(Input &input, const Row &row, const cha
 const char *_kvt_txt_unpack_primarray_char(Input &input, const Row &row, const char *at,
                                            void *record) {
     static constexpr char reader[] = "_kvt_txt_unpack_primarray_char";
+    input.straight = false;
     char *member = member_of(row, record);
     std::memset(member, 0, row.capacity);
     at = skip_blanks(at);
@@ -243,6 +246,7 @@ const char *_kvt_txt_unpack_primarray_char(Input &input, const Row &row, const c
 const char *_kvt_txt_unpack_primarray_uint8_t(Input &input, const Row &row, const char *at,
                                               void *record) {
     static constexpr char reader[] = "_kvt_txt_unpack_primarray_uint8_t";
+    input.straight = false;
     char *member = member_of(row, record);
     if (row.has(clear_at_run)) {
         std::memset(member, 0, row.capacity);
@@ -272,6 +276,7 @@ const char *_kvt_txt_unpack_primarray_uint8_t(Input &input, const Row &row, cons
 
 const char *read_run(Input &input, const Row &row, const char *at, void *record, unsigned level,
                      HeapArrays &heap, GrowingArray array, size_t first_lie) {
+    input.straight = false;
     do {
         char *element = array.next();
         if (element != nullptr) {
@@ -287,6 +292,7 @@ const char *read_run(Input &input, const Row &row, const char *at, void *record,
 }
 
 const char *read_slots(Input &input, const Row &row, const char *at, void *record, unsigned level) {
+    input.straight = false;
     char *slot = member_of(row, record);
     unsigned in_use = 0;
     do {

@@ -218,6 +218,7 @@ KVT_FOLDED const char *take_run(const Straight &block, const Row &row, const cha
     for (; lines != nullptr; lines = block.value_of(row, at)) {
         char *element = array.next();
         if (element == nullptr) {
+            block.input.straight = false;
             at = block.text.find_block_end(at);
             break;
         }

@@ -92,6 +92,9 @@ struct Input {
     Text text;
     Counts counts;
     LyingCounts lying_counts = {}; ///< of the elements read so far
+    /// All lines so far were as the writer writes them, to the letter, and no quoted text had a
+    /// brace: so their braces open and close just the blocks that were read.
+    bool straight = true;
 };
 
 /// Reads the block of a record. `at` is the line behind the block's opening line; `level` is that

@@ -9,13 +9,14 @@ std::string_view plain_quoted(const char *at, const char *end) {
     const char *stop = at;
     for (; static_cast<size_t>(end - stop) >= Chunk::width; stop += Chunk::width) {
         const Chunk chunk(stop);
-        const Chunk::Places stops = chunk.find('"') | chunk.find('}') | chunk.find('\n');
+        const Chunk::Places stops =
+            chunk.find('"') | chunk.find('{') | chunk.find('}') | chunk.find('\n');
         if (stops != 0) {
             stop += Chunk::first(stops);
             break;
         }
     }
-    while (*stop != '"' && *stop != '}' && *stop != '\n' && *stop != '\0') {
+    while (*stop != '"' && *stop != '{' && *stop != '}' && *stop != '\n' && *stop != '\0') {
         ++stop;
     }
     return stop[0] == '"' && stop[1] == '\n' ? std::string_view(at, static_cast<size_t>(stop - at))
@@ -27,20 +28,15 @@ const char *Text::find_block_end(const char *at) const {
     for (; has(at, Chunk::width); at += Chunk::width) {
         const Chunk chunk(at);
         const Chunk::Places opening = chunk.find('{');
-        const Chunk::Places closing = chunk.find('}');
-        // A block cannot end in a chunk with fewer closing braces than blocks are open.
-        const ptrdiff_t closed = Chunk::count(closing);
-        if (depth > closed) {
-            depth += Chunk::count(opening) - closed;
+        const Chunk::Places braces = opening | chunk.find('}');
+        if (braces == 0 && depth != 0) {
             continue;
         }
-        Chunk::Places rest = opening | closing | chunk.find('\n');
+        Chunk::Places rest = braces | chunk.find('\n');
         for (; rest != 0; rest &= rest - 1) {
             const Chunk::Places next = rest & -rest;
-            if ((next & opening) != 0) {
-                ++depth;
-            } else if ((next & closing) != 0) {
-                --depth;
+            if ((next & braces) != 0) {
+                depth += (next & opening) != 0 ? 1 : -1;
             } else if (depth == 0) {
                 return skip_blanks(at + Chunk::first(next));
             }

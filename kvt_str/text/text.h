@@ -78,7 +78,7 @@ private:
 };
 
 /// The value of a quoted line in the writer's form, given the position behind its first quote: one
-/// character at least, no newline, no closing brace, and a newline behind the second quote. Empty
+/// character at least, no newline, no brace, and a newline behind the second quote. Empty
 /// for any other line. `end` is the text's NUL.
 std::string_view plain_quoted(const char *at, const char *end);
 

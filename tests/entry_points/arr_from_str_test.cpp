@@ -174,14 +174,52 @@ TEST(ArrFromStr, MoreMessagesThanEnvelopesAreAllReturned) {
     EXPECT_EQ(watch.alive(), 0U);
 }
 
+// A caller that counts envelopes may look at that many entries.
+TEST(ArrFromStr, EnvelopesBehindTheLengthHaveEntriesOfZero) {
+    const std::string tabbed = "msg {\n\ttype: END_JOB\n\tend_job {\n\t}\n}\n";
+    const std::string braces = "msg {\n  type: JOB_ERROR\n  job_error {\n"
+                               "    description: \"}}\nmsg {{{\"\n  }\n}\n";
+    const std::string quoted = "msg {\n  type: JOB_ERROR\n  job_error {\n    error: 1\n"
+                               "    type: 0\n    description: \"{\"\n  }\n}\n";
+    for (const std::string &first : {end_job, tabbed, braces, quoted}) {
+        for (const std::string &other : {end_job, tabbed, quoted}) {
+            std::string text = first;
+            for (int i = 0; i < 40; ++i) {
+                text += other;
+            }
+            size_t envelopes = 0;
+            for (const char *at = text.c_str(); std::strncmp(at, "msg", 3) == 0;) {
+                at = find_end_msg(at);
+                ++envelopes;
+            }
+            char **msgs = nullptr;
+            uint32_t *kinds = nullptr;
+            int32_t count = 0;
+            const auto length = static_cast<uint32_t>(first.size() - 1);
+            ASSERT_EQ(kvt_msg_arr_from_str(text.c_str(), length, &msgs, &kinds, &count), 0) << text;
+            ASSERT_EQ(count, 1) << text;
+            for (size_t i = 1; i < envelopes; ++i) {
+                EXPECT_EQ(msgs[i], nullptr);
+                EXPECT_EQ(kinds[i], 0U);
+            }
+            std::free(msgs[0]);
+            std::free(msgs);
+            std::free(kinds);
+        }
+    }
+}
+
 TEST(ArrFromStr, EveryFailedAllocationIsSurvived) {
-    // Two more envelopes than the braces tell, so that the arrays must grow.
-    const std::string hidden =
+    // As many messages as make the arrays grow, and an odd one first.
+    const std::string odd =
         "msg {\n  type: JOB_ERROR\n  job_error {\n    error: 1\n    description: \"{\"\n  }\n}\n";
-    const std::string text = hidden + hidden + end_job;
-    const std::string written =
-        "msg {\n  type: JOB_ERROR\n  job_error {\n    error: 1\n    type: 0\n"
-        "    description: \"{\"\n  }\n}\n";
+    std::string text = odd;
+    std::vector<std::string> texts = {"msg {\n  type: JOB_ERROR\n  job_error {\n    error: 1\n"
+                                      "    type: 0\n    description: \"{\"\n  }\n}\n"};
+    for (int i = 0; i < 16; ++i) {
+        text += end_job;
+        texts.push_back(end_job);
+    }
     size_t refused = 0;
     for (size_t failing = 0;; ++failing) {
         MemoryWatch watch;
@@ -189,7 +227,7 @@ TEST(ArrFromStr, EveryFailedAllocationIsSurvived) {
         const Sequence sequence = split(text);
         EXPECT_EQ(watch.alive(), 0U);
         if (watch.failed() == 0) {
-            EXPECT_EQ(sequence.texts, (std::vector<std::string>{written, written, end_job}));
+            EXPECT_EQ(sequence.texts, texts);
             break;
         }
         if (sequence.result != 0) {
@@ -197,14 +235,14 @@ TEST(ArrFromStr, EveryFailedAllocationIsSurvived) {
             continue;
         }
         // A text that could not be allocated is missing, and the writer says so.
-        ASSERT_EQ(sequence.texts.size(), 3U);
+        ASSERT_EQ(sequence.texts.size(), 17U);
         EXPECT_EQ(std::count(sequence.texts.begin(), sequence.texts.end(), "(null)"), 1);
         ASSERT_EQ(sequence.log.size(), 1U);
         EXPECT_EQ(sequence.log[0].function, "kvt_msg_to_str");
         EXPECT_EQ(sequence.log[0].text.rfind("kvt_msg_to_str: No buffer[", 0), 0U);
     }
-    // Three arrays, three that grow twice, three records; three texts do not refuse.
-    EXPECT_EQ(refused, 12U);
+    // Three arrays, which grow once, and 17 records; the texts do not refuse.
+    EXPECT_EQ(refused, 3U + 3U + 17U);
 }
 
 TEST(ArrFromStr, ARecordThatCannotBeAllocatedIsLoggedUnderTheSequenceReader) {

@@ -349,7 +349,7 @@ std::string plain(const std::string &text) {
 
 TEST(PlainQuoted, IsTheValueUpToAQuoteAndANewline) {
     EXPECT_EQ(plain("value\"\n"), "value");
-    EXPECT_EQ(plain("a { b: 1\t\"\n}\n"), "a { b: 1\t");
+    EXPECT_EQ(plain("a b: 1\t\"\n}\n"), "a b: 1\t");
     for (size_t length = 1; length < 70; ++length) {
         const std::string value(length, 'v');
         EXPECT_EQ(plain(value + "\"\n"), value);
@@ -360,7 +360,8 @@ TEST(PlainQuoted, IsTheValueUpToAQuoteAndANewline) {
 TEST(PlainQuoted, LeavesEveryOtherForm) {
     for (size_t length = 0; length < 40; ++length) {
         const std::string value(length, 'v');
-        for (const char *rest : {"", "\n", "\"", "\" \n", "\"\r\n", "}\"\n", "}v\"\n", "\nv\"\n"}) {
+        for (const char *rest :
+             {"", "\n", "\"", "\" \n", "\"\r\n", "}\"\n", "}v\"\n", "{\"\n", "\nv\"\n"}) {
             EXPECT_EQ(plain(value + rest), "") << value << testing::PrintToString(rest);
         }
     }
@@ -376,7 +377,7 @@ TEST(PlainQuoted, RandomTextsAreThoseOfTheDescription) {
             text += characters[random() % characters.size()];
         }
         text += "\"\n";
-        const size_t stop = text.find_first_of("\"}\n");
+        const size_t stop = text.find_first_of("\"{}\n");
         const bool is_plain = text[stop] == '"' && text[stop + 1] == '\n';
         EXPECT_EQ(plain(text), is_plain ? text.substr(0, stop) : "")
             << testing::PrintToString(text);
