@@ -24,45 +24,47 @@ inline constexpr unsigned most_levels = 5;
 template <typename Type, const auto &rows, unsigned levels> struct Routines {
     static char *write(const void *record, unsigned level, char *out) {
         char *behind = nullptr;
-        const auto unrolled = [&]<unsigned known>() KVT_FOLDED_LAMBDA {
+        const auto unrolled = [&](auto known) KVT_FOLDED_LAMBDA {
             behind = put<known>(Storing{out}, record).at;
         };
-        return call_unrolled(level, unrolled) ? behind : write_record(table, record, level, out);
+        return call_at(level, unrolled) ? behind : write_record(table, record, level, out);
     }
 
     static uint64_t measure(const void *record, unsigned level) {
         uint64_t size = 0;
-        const auto unrolled = [&]<unsigned known> {
+        const auto unrolled = [&](auto known) KVT_FOLDED_LAMBDA {
             size = put<known>(Counting{0}, record).size;
         };
-        return call_unrolled(level, unrolled) ? size : measure_record(table, record, level);
+        return call_at(level, unrolled) ? size : measure_record(table, record, level);
     }
 
     static const char *read(Input &input, const char *at, void *record, unsigned level) {
         const char *behind = nullptr;
-        const auto unrolled = [&]<unsigned known> {
+        const auto unrolled = [&](auto known) KVT_FOLDED_LAMBDA {
             behind = read<known>(input, at, record);
         };
-        return call_unrolled(level, unrolled) ? behind
-                                              : read_record(table, input, at, record, level);
+        return call_at(level, unrolled) ? behind : read_record(table, input, at, record, level);
     }
 
 private:
     static constexpr const Record &table = RecordOf<Type>::table;
 
-    /// Calls a step for a level when it is one of those that are unrolled.
-    template <typename Step> KVT_FOLDED static bool call_unrolled(unsigned level, Step &step) {
-        return [&]<unsigned... known>(std::integer_sequence<unsigned, known...>) KVT_FOLDED_LAMBDA {
-            return (call_at<known>(level, step) || ...);
-        }
-        (std::make_integer_sequence<unsigned, most_levels>{});
+    /// Calls a step with the level as a constant, when it is one of those that are unrolled.
+    template <typename Step> KVT_FOLDED static bool call_at(unsigned level, const Step &step) {
+        return call_at(level, step, std::make_integer_sequence<unsigned, most_levels>{});
+    }
+
+    template <typename Step, unsigned... known>
+    KVT_FOLDED static bool call_at(unsigned level, const Step &step,
+                                   std::integer_sequence<unsigned, known...> /*all*/) {
+        return (call_known<known>(level, step) || ...);
     }
 
     template <unsigned known, typename Step>
-    KVT_FOLDED static bool call_at(unsigned level, Step &step) {
+    KVT_FOLDED static bool call_known(unsigned level, const Step &step) {
         if constexpr ((levels & at_level(known)) != 0) {
             if (level == known) {
-                step.template operator()<known>();
+                step(std::integral_constant<unsigned, known>{});
                 return true;
             }
         }
