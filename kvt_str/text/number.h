@@ -135,6 +135,9 @@ template <typename Number> KVT_FOLDED uint64_t count_digits(Number number) {
     if constexpr (sizeof number == 1) {
         return 1U + (number >= 10) + (number >= 100);
     }
+    if (number < 100) {
+        return 1U + (number >= 10);
+    }
     if (uint64_t{number} >> 32 == 0) {
         const auto bits = static_cast<size_t>(std::bit_width(number));
         return (number + digits_by_bits[bits]) >> 32;
