@@ -7,8 +7,8 @@
 #include "message_table.h"
 #include "read_message.h"
 #include "record/log.h"
-#include "text/label.h"
 #include "text/scanner.h"
+#include "text/words.h"
 
 namespace {
 

@@ -81,6 +81,9 @@ bool MessageSequence::read(const char *begin, uint32_t length) {
         const auto remaining = length - static_cast<uint32_t>(closing - begin);
         at = next_message(closing, remaining);
     }
+    if (closing == nullptr) {
+        return false;
+    }
     const size_t envelopes = input.straight
                                  ? count_ + count_envelopes(input.text, next_line(closing))
                                  : count_envelopes(input.text, begin);

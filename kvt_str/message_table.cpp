@@ -8,6 +8,7 @@
 #include "records/records.h"
 #include "text/digits.h"
 #include "text/scanner.h"
+#include "text/words.h"
 
 namespace kvt_str {
 
@@ -102,12 +103,13 @@ const MessageKind *find_kind(const char *name) {
 
 const MessageKind *find_straight_kind(const Text &text, const char *at) {
     // Most kinds differ in the first eight characters of their names; every head has them.
-    constexpr size_t name = std::string_view("msg {\n  type: ").size();
-    if (!text.has(at, name + 8)) {
+    constexpr size_t name_offset = std::string_view("msg {\n  type: ").size();
+    if (!text.has(at, name_offset + 8)) {
         return nullptr;
     }
     for (const MessageKind &kind : kinds) {
-        if (kind.record != nullptr && load_eight(at + name) == load_eight(&kind.head[name]) &&
+        if (kind.record != nullptr &&
+            load_eight(at + name_offset) == load_eight(&kind.head[name_offset]) &&
             text.has(at, kind.head.size()) && equal_words(at, kind.head.data(), kind.head.size())) {
             return &kind;
         }

@@ -6,9 +6,14 @@
 
 namespace kvt_str {
 
+/// Elements that an array has room for at first.
 inline constexpr size_t first_capacity = 5;
 
+/// The first room of a joined string, in lengths of its first value.
+inline constexpr size_t first_lengths = 5;
+
 /// A heap array that grows by an element at a time: room for 5, then doubled whenever it is full.
+/// Only the first five elements are zero before they are filled.
 struct GrowingArray {
     size_t element_size;
     char *block = nullptr;

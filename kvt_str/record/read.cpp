@@ -42,7 +42,7 @@ private:
 /// Takes the lines that are as the writer writes them, up to the first one that is not. Returns the
 /// position of that.
 const char *BlockReader::take_straight_lines(const char *at) {
-    const Straight block{input_, input_.text, record_, level_};
+    const StraightBlock block{input_, input_.text, record_, level_};
     for (const Row &row : table_.rows) {
         at = take_straight(block, row, at, progress_);
     }
@@ -138,6 +138,15 @@ const char *BlockReader::take_row(const Row &row, const char *at, const char *ne
     return next;
 }
 
+/// Sees to the counts that lie, once a record is read.
+void settle_counts(const Record &table, Input &input, void *record, const CountedArrays &heap) {
+    if (input.counts == Counts::agree) {
+        make_counts_agree(table, record, heap);
+    } else {
+        remember_lying_counts(table, input, record, heap);
+    }
+}
+
 const char *BlockReader::read_lines(const char *at, bool first) {
     for (;; first = false) {
         if (is_straight_path_open()) {
@@ -183,14 +192,6 @@ const char *read_record(const Record &table, Input &input, const char *at, void 
 const char *read_rest(const Record &table, Input &input, const char *at, void *record,
                       unsigned level, Progress progress, bool first) {
     return BlockReader(table, input, record, level, progress).read_lines(at, first);
-}
-
-void settle_counts(const Record &table, Input &input, void *record, const HeapArrays &heap) {
-    if (input.counts == Counts::agree) {
-        make_counts_agree(table, record, heap);
-    } else {
-        remember_lying_counts(table, input, record, heap);
-    }
 }
 
 } // namespace kvt_str

@@ -18,9 +18,6 @@ const char *read_record(const Record &table, Input &input, const char *at, void 
 const char *read_rest(const Record &table, Input &input, const char *at, void *record,
                       unsigned level, Progress progress, bool first);
 
-/// Sees to the counts that lie, once a record is read.
-void settle_counts(const Record &table, Input &input, void *record, const HeapArrays &heap);
-
 /// The straight path traces nothing.
 inline bool is_straight_path_open() {
     return !listens(trace_level);

@@ -63,7 +63,7 @@ struct NumberTraces {
 
 template <typename Number>
 const char *read_numbers(Input &input, const Row &row, const char *at, void *record,
-                         HeapArrays &heap, GrowingArray array, const NumberTraces &traces) {
+                         CountedArrays &heap, GrowingArray array, const NumberTraces &traces) {
     input.straight = false;
     Number value = 0;
     for (;;) {
@@ -119,7 +119,7 @@ struct JoinedString {
 
 private:
     bool grow(size_t first_length) {
-        const size_t grown = text == nullptr ? first_capacity * first_length : 2 * capacity;
+        const size_t grown = text == nullptr ? first_lengths * first_length : 2 * capacity;
         void *moved = text == nullptr ? std::calloc(grown, 1) : std::realloc(text, grown);
         if (moved == nullptr) {
             return false;
@@ -140,37 +140,40 @@ private:
 
 } // namespace
 
-void replace_array(const Row &row, const Input &input, void *record, HeapArrays &heap,
+void replace_array(const Row &row, const Input &input, void *record, CountedArrays &heap,
                    const GrowingArray &array, size_t first_lie) {
     char *member = member_of(row, record);
     void *earlier = load<void *>(member);
     if (row.kind == RowKind::run) {
-        LyingCounts::Cursor lying(input.lying_counts, heap.first_lie[row.heap_index]);
-        release_elements(*row.element, earlier, 0, heap.elements[row.heap_index], &lying);
+        LyingCounts::Cursor lying(input.lying_counts, heap.first_lie[row.counted_index]);
+        release_elements(*row.element, earlier, 0, heap.elements[row.counted_index], &lying);
     }
     std::free(earlier);
     store(member, array.block);
     store_count(row, record, array.count);
-    heap.elements[row.heap_index] = array.count;
-    heap.first_lie[row.heap_index] = first_lie;
+    heap.elements[row.counted_index] = array.count;
+    heap.first_lie[row.counted_index] = first_lie;
 }
 
 const char *_kvt_txt_unpack_primptr_uint16_t(Input &input, const Row &row, const char *at,
-                                             void *record, HeapArrays &heap, GrowingArray array) {
+                                             void *record, CountedArrays &heap,
+                                             GrowingArray array) {
     static constexpr NumberTraces traces =
         KVT_NUMBER_TRACES("_kvt_txt_unpack_primptr_uint16_t", ":%hu");
     return read_numbers<uint16_t>(input, row, at, record, heap, array, traces);
 }
 
 const char *_kvt_txt_unpack_primptr_uint32_t(Input &input, const Row &row, const char *at,
-                                             void *record, HeapArrays &heap, GrowingArray array) {
+                                             void *record, CountedArrays &heap,
+                                             GrowingArray array) {
     static constexpr NumberTraces traces =
         KVT_NUMBER_TRACES("_kvt_txt_unpack_primptr_uint32_t", ":%u");
     return read_numbers<uint32_t>(input, row, at, record, heap, array, traces);
 }
 
 const char *_kvt_txt_unpack_primptr_uint64_t(Input &input, const Row &row, const char *at,
-                                             void *record, HeapArrays &heap, GrowingArray array) {
+                                             void *record, CountedArrays &heap,
+                                             GrowingArray array) {
     static constexpr NumberTraces traces =
         KVT_NUMBER_TRACES("_kvt_txt_unpack_primptr_uint64_t", ":%lu");
     return read_numbers<uint64_t>(input, row, at, record, heap, array, traces);
@@ -214,10 +217,7 @@ const char *_kvt_txt_unpack_primptr_char(Input &input, const Row &row, const cha
     if (joined.text != nullptr) {
         joined.text[joined.length - 1] = '\0';
     }
-    char *member = member_of(row, record);
-    std::free(load<void *>(member));
-    store(member, joined.text);
-    store_count(row, record, joined.length);
+    replace_text(row, record, joined.text, joined.length);
     return at;
 }
 
@@ -275,7 +275,7 @@ const char *_kvt_txt_unpack_primarray_uint8_t(Input &input, const Row &row, cons
 }
 
 const char *read_run(Input &input, const Row &row, const char *at, void *record, unsigned level,
-                     HeapArrays &heap, GrowingArray array, size_t first_lie) {
+                     CountedArrays &heap, GrowingArray array, size_t first_lie) {
     input.straight = false;
     do {
         char *element = array.next();
@@ -330,12 +330,12 @@ void make_count_agree(const Row &row, void *record, uint64_t elements) {
 } // namespace
 
 void remember_lying_counts(const Record &table, Input &input, void *record,
-                           const HeapArrays &heap) {
+                           const CountedArrays &heap) {
     for (const Row &row : table.rows) {
         if (row.kind != RowKind::run) {
             continue;
         }
-        const uint64_t elements = heap.elements[row.heap_index];
+        const uint64_t elements = heap.elements[row.counted_index];
         if (elements != 0 && load_count(row, record) != elements && owns_memory(*row.element) &&
             !input.lying_counts.remember(load<void *>(member_of(row, record)), elements)) {
             // Without memory for the truth the count cannot stay as it is.
@@ -344,10 +344,10 @@ void remember_lying_counts(const Record &table, Input &input, void *record,
     }
 }
 
-void make_counts_agree(const Record &table, void *record, const HeapArrays &heap) {
+void make_counts_agree(const Record &table, void *record, const CountedArrays &heap) {
     for (const Row &row : table.rows) {
         if (row.counts_elements()) {
-            make_count_agree(row, record, heap.elements[row.heap_index]);
+            make_count_agree(row, record, heap.elements[row.counted_index]);
         }
     }
 }

@@ -6,26 +6,29 @@
 // key is tested: a brace in a later line does not end the block.
 #pragma once
 
+#include <cstdlib>
+
 #include "record/growing_array.h"
+#include "record/member.h"
 #include "record/row.h"
 
 namespace kvt_str {
 
 /// The arrays on the heap that one record has read so far: how many elements each really has, which
 /// a count line may hide.
-struct HeapArrays {
-    uint64_t elements[most_heap_rows] = {};
-    size_t first_lie[most_heap_rows] = {}; ///< where the lying counts of a run's elements begin
+struct CountedArrays {
+    uint64_t elements[most_counted_rows] = {};
+    size_t first_lie[most_counted_rows] = {}; ///< where the lying counts of a run's elements begin
 };
 
 /// Reads an array of numbers into a new block, which replaces the array of an earlier run. `array`
 /// holds the elements of the run that have been read already.
 const char *_kvt_txt_unpack_primptr_uint16_t(Input &input, const Row &row, const char *at,
-                                             void *record, HeapArrays &heap, GrowingArray array);
+                                             void *record, CountedArrays &heap, GrowingArray array);
 const char *_kvt_txt_unpack_primptr_uint32_t(Input &input, const Row &row, const char *at,
-                                             void *record, HeapArrays &heap, GrowingArray array);
+                                             void *record, CountedArrays &heap, GrowingArray array);
 const char *_kvt_txt_unpack_primptr_uint64_t(Input &input, const Row &row, const char *at,
-                                             void *record, HeapArrays &heap, GrowingArray array);
+                                             void *record, CountedArrays &heap, GrowingArray array);
 
 /// Reads quoted lines into one string, each behind a comma, which replaces an earlier one. Of a
 /// line at most longest_joined_value characters are taken, and what does not fit after the string's
@@ -53,21 +56,32 @@ const char *_kvt_txt_unpack_primarray_uint8_t(Input &input, const Row &row, cons
 /// the elements of the run that have been read already, and `first_lie` is the number of lying
 /// counts before the run.
 const char *read_run(Input &input, const Row &row, const char *at, void *record, unsigned level,
-                     HeapArrays &heap, GrowingArray array, size_t first_lie);
+                     CountedArrays &heap, GrowingArray array, size_t first_lie);
 
 /// Reads blocks into the elements within the record, from the first on; further ones are skipped.
 const char *read_slots(Input &input, const Row &row, const char *at, void *record, unsigned level);
 
+/// Stores a joined string and its size with its NUL, and frees an earlier one.
+inline void replace_text(const Row &row, void *record, char *text, size_t size) {
+    char *member = member_of(row, record);
+    if (void *earlier = load<void *>(member); earlier != nullptr) { // rarely: saves the call
+        std::free(earlier);
+    }
+    store(member, text);
+    store_count(row, record, size);
+}
+
 /// Stores what a run has read and frees what an earlier run had.
-void replace_array(const Row &row, const Input &input, void *record, HeapArrays &heap,
+void replace_array(const Row &row, const Input &input, void *record, CountedArrays &heap,
                    const GrowingArray &array, size_t first_lie);
 
 /// Remembers every count of the record that differs from the elements that were read, where those
 /// own something: the record may be an element that is replaced.
-void remember_lying_counts(const Record &table, Input &input, void *record, const HeapArrays &heap);
+void remember_lying_counts(const Record &table, Input &input, void *record,
+                           const CountedArrays &heap);
 
 /// Makes every count of the record agree with the elements that were read: a greater count is
 /// lowered; elements beyond a smaller one are released, and with the last one the array.
-void make_counts_agree(const Record &table, void *record, const HeapArrays &heap);
+void make_counts_agree(const Record &table, void *record, const CountedArrays &heap);
 
 } // namespace kvt_str

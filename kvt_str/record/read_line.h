@@ -4,6 +4,7 @@
 #include "record/row.h"
 #include "text/number.h"
 #include "text/scanner.h"
+#include "text/words.h"
 
 namespace kvt_str {
 
@@ -14,7 +15,8 @@ inline bool has_key(const Row &row, const char *at) {
 }
 
 /// The position behind a label that stands at `at`, a line's first character, as the writer puts it
-/// there: indentation and label to the letter. Null where anything else stands.
+/// there: indentation and label to the letter, four characters at least. Null where anything else
+/// stands.
 KVT_FOLDED const char *behind_label(const Text &text, const Label &label, const char *at,
                                     unsigned indent) {
     const unsigned length = indent + label.length;

@@ -1,9 +1,10 @@
 // Reads the lines of one row where they are exactly as the writer writes them: the straight path.
 //
-// Such lines begin with the indentation of their level and the row's label, to the letter, so they
-// belong to the row: no table has a key that an earlier one is a prefix of, and no key goes on
-// behind the label's. They hold no closing brace. What the straight path takes, it takes as the
-// exact path would (read.cpp, read_arrays.cpp); all else it leaves.
+// Such lines begin with the indentation of their level and the row's label, to the letter. So they
+// belong to the row: no earlier key is a prefix of theirs, and a longer key cannot match, since
+// keys hold neither colons nor blanks. But for the one that opens a block they hold no brace. What
+// the straight path takes, it takes as the exact path would (read.cpp, read_arrays.cpp); all else
+// it leaves.
 //
 // Each step is written once. Called with a row that a loop comes to, it is interpreted; called with
 // a row that is known when compiling, it folds into straight code (unrolled.h).
@@ -17,12 +18,13 @@
 #include "record/release.h"
 #include "text/number.h"
 #include "text/real.h"
+#include "text/words.h"
 
 namespace kvt_str {
 
 /// What has been read of a record's block, beside the record itself.
 struct Progress {
-    HeapArrays heap;
+    CountedArrays heap;
     uint64_t shared = 0; ///< the value of the rows that share one
 };
 
@@ -34,9 +36,9 @@ inline void store_value(const Row &row, void *record, Progress &progress, uint64
 }
 
 /// A block of lines that is read on the straight path.
-struct Straight {
+struct StraightBlock {
     Input &input;
-    Text text; ///< the input's: by itself, so that it stays in registers
+    const Text text; ///< the input's, to be looked at: a copy, which stays in registers
     void *record;
     unsigned level; ///< of the lines
 
@@ -51,7 +53,7 @@ struct Straight {
 };
 
 /// The number of a line of the row; null in any other line.
-KVT_FOLDED PlainNumber number_of(const Straight &block, const Row &row, const char *at) {
+KVT_FOLDED PlainNumber number_of(const StraightBlock &block, const Row &row, const char *at) {
     const char *digits = block.value_of(row, at);
     if (digits == nullptr) {
         return {nullptr, 0};
@@ -69,7 +71,7 @@ KVT_FOLDED PlainNumber number_of(const Straight &block, const Row &row, const ch
     }
 }
 
-KVT_FOLDED const char *take_number(const Straight &block, const Row &row, const char *at,
+KVT_FOLDED const char *take_number(const StraightBlock &block, const Row &row, const char *at,
                                    Progress &progress) {
     const PlainNumber number = number_of(block, row, at);
     if (number.next == nullptr) {
@@ -79,7 +81,7 @@ KVT_FOLDED const char *take_number(const Straight &block, const Row &row, const 
     return number.next;
 }
 
-KVT_FOLDED const char *take_real(const Straight &block, const Row &row, const char *at) {
+KVT_FOLDED const char *take_real(const StraightBlock &block, const Row &row, const char *at) {
     const char *digits = block.value_of(row, at);
     if (digits == nullptr) {
         return at;
@@ -93,7 +95,7 @@ KVT_FOLDED const char *take_real(const Straight &block, const Row &row, const ch
 }
 
 /// The value of a quoted line, of up to `longest` characters. Empty for any other line.
-KVT_FOLDED std::string_view quoted_value(const Straight &block, const Row &row, const char *at,
+KVT_FOLDED std::string_view quoted_value(const StraightBlock &block, const Row &row, const char *at,
                                          size_t longest) {
     const char *quote = block.value_of(row, at);
     if (quote == nullptr || *quote != '"') {
@@ -108,7 +110,7 @@ KVT_FOLDED const char *behind_quoted(std::string_view value) {
     return value.data() + value.size() + 2;
 }
 
-KVT_FOLDED const char *take_text(const Straight &block, const Row &row, const char *at) {
+KVT_FOLDED const char *take_text(const StraightBlock &block, const Row &row, const char *at) {
     const std::string_view value = quoted_value(block, row, at, longest_text_value);
     if (value.empty()) {
         return at;
@@ -121,30 +123,26 @@ KVT_FOLDED const char *take_text(const Straight &block, const Row &row, const ch
 }
 
 /// Takes a string of one line. The room for it is what several lines would begin with.
-KVT_FOLDED const char *take_joined_text(const Straight &block, const Row &row, const char *at) {
+KVT_FOLDED const char *take_joined_text(const StraightBlock &block, const Row &row,
+                                        const char *at) {
     const std::string_view value = quoted_value(block, row, at, longest_joined_value);
     if (value.empty() || block.goes_on(row, behind_quoted(value))) {
         return at;
     }
-    auto *text = static_cast<char *>(std::calloc(first_capacity * value.size(), 1));
+    auto *text = static_cast<char *>(std::calloc(first_lengths * value.size(), 1));
     if (text != nullptr) {
         copy_words(text, value.data(), value.size());
     }
-    char *member = member_of(row, block.record);
-    if (void *earlier = load<void *>(member); earlier != nullptr) {
-        std::free(earlier);
-    }
-    store(member, text);
-    store_count(row, block.record, text != nullptr ? value.size() + 1 : 0);
+    replace_text(row, block.record, text, text != nullptr ? value.size() + 1 : 0);
     return behind_quoted(value);
 }
 
 /// Takes lines of an array as long as they are straight. When the run goes on behind them in
-/// another form, `read_rest` takes its rest.
+/// another form, `read_exactly` takes its rest.
 template <typename Number>
-KVT_FOLDED const char *take_numbers(const Straight &block, const Row &row, const char *at,
+KVT_FOLDED const char *take_numbers(const StraightBlock &block, const Row &row, const char *at,
                                     Progress &progress,
-                                    decltype(_kvt_txt_unpack_primptr_uint64_t) &read_rest) {
+                                    decltype(_kvt_txt_unpack_primptr_uint64_t) &read_exactly) {
     PlainNumber number = number_of(block, row, at);
     if (number.next == nullptr) {
         return at;
@@ -160,7 +158,7 @@ KVT_FOLDED const char *take_numbers(const Straight &block, const Row &row, const
         number = number_of(block, row, at);
     } while (number.next != nullptr);
     if (block.goes_on(row, at)) {
-        return read_rest(block.input, row, at, block.record, progress.heap, array);
+        return read_exactly(block.input, row, at, block.record, progress.heap, array);
     }
     replace_array(row, block.input, block.record, progress.heap, array,
                   block.input.lying_counts.size());
@@ -168,7 +166,7 @@ KVT_FOLDED const char *take_numbers(const Straight &block, const Row &row, const
 }
 
 /// Takes lines of a byte array, or leaves the run when not all of them are straight.
-KVT_FOLDED const char *take_bytes(const Straight &block, const Row &row, const char *at) {
+KVT_FOLDED const char *take_bytes(const StraightBlock &block, const Row &row, const char *at) {
     PlainNumber number = number_of(block, row, at);
     if (number.next == nullptr) {
         return at;
@@ -200,14 +198,14 @@ KVT_FOLDED const char *read_inner_block(Input &input, const Row &row, const char
     return row.element->unpack(input, lines, member, level);
 }
 
-KVT_FOLDED const char *take_block(const Straight &block, const Row &row, const char *at) {
+KVT_FOLDED const char *take_block(const StraightBlock &block, const Row &row, const char *at) {
     const char *lines = block.value_of(row, at);
     return lines != nullptr ? read_inner_block(block.input, row, lines, block.record, block.level)
                             : at;
 }
 
 /// Takes blocks as long as their opening lines are straight, and then the run's rest.
-KVT_FOLDED const char *take_run(const Straight &block, const Row &row, const char *at,
+KVT_FOLDED const char *take_run(const StraightBlock &block, const Row &row, const char *at,
                                 Progress &progress) {
     const char *lines = block.value_of(row, at);
     if (lines == nullptr) {
@@ -233,7 +231,7 @@ KVT_FOLDED const char *take_run(const Straight &block, const Row &row, const cha
     return at;
 }
 
-KVT_FOLDED const char *take_slots(const Straight &block, const Row &row, const char *at) {
+KVT_FOLDED const char *take_slots(const StraightBlock &block, const Row &row, const char *at) {
     return block.value_of(row, at) != nullptr
                ? read_slots(block.input, row, at, block.record, block.level)
                : at;
@@ -241,7 +239,7 @@ KVT_FOLDED const char *take_slots(const Straight &block, const Row &row, const c
 
 /// Takes the lines of a row that begin at `at`. Returns the position behind what it took: `at` when
 /// that is nothing.
-KVT_FOLDED const char *take_straight(const Straight &block, const Row &row, const char *at,
+KVT_FOLDED const char *take_straight(const StraightBlock &block, const Row &row, const char *at,
                                      Progress &progress) {
     switch (row.kind) {
     case RowKind::number8:

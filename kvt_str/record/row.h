@@ -52,7 +52,7 @@ struct Row {
     uint8_t options = no_options; ///< RowOptions
     uint8_t count_width = 0;      ///< bytes of the count, where there is one
     uint8_t terminator = 0;       ///< of a byte array: the value that ends it
-    uint8_t heap_index = 0;       ///< numbers the rows with heap arrays within a record
+    uint8_t counted_index = 0;    ///< numbers the rows that count elements within a record
     uint16_t capacity = 1;     ///< elements of the member, more than 1 for an array in the record
     uint32_t offset = 0;       ///< of the member
     uint32_t size = 0;         ///< of the member, in bytes
@@ -87,26 +87,27 @@ enum class Counts : uint8_t {
     agree,   ///< never more than there are elements; elements beyond a smaller count are released
 };
 
-/// Where a reader is told the text that it reads and how.
+/// What the readers of one text share: the text, how its counts are treated, and what has been seen
+/// of it so far.
 struct Input {
     Text text;
     Counts counts;
     LyingCounts lying_counts = {}; ///< of the elements read so far
-    /// All lines so far were as the writer writes them, to the letter, and no quoted text had a
-    /// brace: so their braces open and close just the blocks that were read.
+    /// All lines so far took the straight path (read_row.h), and so no quoted text had a brace:
+    /// their braces open and close just the blocks that were read. Slots never take it.
     bool straight = true;
 };
 
 /// Reads the block of a record. `at` is the line behind the block's opening line; `level` is that
-/// of the block where the writer writes it, and matters only for speed. Returns the position behind
-/// the newline of the block's closing line, or the text's NUL.
+/// of the block where the writer writes it, 1 at least, and matters only for speed. Returns the
+/// position behind the newline of the block's closing line, or the text's NUL.
 using UnpackRoutine = const char *(Input &input, const char *at, void *record, unsigned level);
 
 /// Particulars of how a record is read.
 enum class Reading : uint8_t {
     plain,
     untraced_merge, ///< nothing is traced, and the record is not cleared first: for records that
-                    ///< own nothing and are no elements of a run, whose memory may hold anything
+                    ///< own nothing and are no elements of a run, which lie in uncleared memory
 };
 
 /// The table of a record.
@@ -125,8 +126,8 @@ struct Record {
     bool is_traced() const { return reading == Reading::plain; }
 };
 
-/// The heap rows of one record, at most.
-inline constexpr size_t most_heap_rows = 4;
+/// The rows that count elements in one record, at most.
+inline constexpr size_t most_counted_rows = 4;
 
 /// Where the table of a C type stands: `RecordOf<vemra_end_job>::table`.
 template <typename Type> struct RecordOf { static const Record table; };

@@ -19,6 +19,11 @@
 //     SLOTS(member, count)         records in the record, one block each
 //
 // Options (row.h) follow the other arguments.
+//
+// Two other forms of RECORD:
+//
+//     UNROLLED_RECORD(type, at_level(2) | at_level(3), rows...)    for speed: see unrolled.h
+//     DEFINE_RECORD(type, routine, reading, levels, rows...)       with all particulars
 #pragma once
 
 #include <array>
@@ -170,11 +175,11 @@ constexpr Row make_slots(const char (&label)[size], size_t offset, size_t count_
 // --- The finished table --------------------------------------------------------------------------
 
 template <typename Source> struct Finished {
-    static_assert(keys_have_width(Source::rows), "a key has 2 to 99 characters");
+    static_assert(keys_are_plain(Source::rows), "a key is 2 to 99 of a to z, 0 to 9 and _");
     static_assert(keys_reachable(Source::rows), "an earlier key is a prefix of a later one");
     static_assert(rows_cover_struct<Source>(),
                   "a member of the record has no row, or two: compare the struct with its table");
-    static_assert(count_counted_rows<Source>() <= most_heap_rows, "raise most_heap_rows");
+    static_assert(count_counted_rows<Source>() <= most_counted_rows, "raise most_counted_rows");
 
     static constexpr auto rows = [] {
         std::array<Row, std::size(Source::rows)> result{};
@@ -189,7 +194,7 @@ template <typename Source> struct Finished {
                 }
             }
             if (row.counts_elements()) {
-                row.heap_index = heap_rows++;
+                row.counted_index = heap_rows++;
             }
         }
         return result;

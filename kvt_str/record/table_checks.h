@@ -33,11 +33,18 @@ template <size_t count> constexpr bool keys_reachable(const Row (&rows)[count]) 
     return true;
 }
 
-/// Keys are compared in words, and shown in traces by a buffer of their own.
-template <size_t count> constexpr bool keys_have_width(const Row (&rows)[count]) {
+/// Keys are compared in words, and shown in traces by a buffer of their own; and a label, which
+/// goes on with a colon or a blank, is the beginning of no other row's line.
+template <size_t count> constexpr bool keys_are_plain(const Row (&rows)[count]) {
     for (const Row &row : rows) {
         if (row.key_length < 2 || row.key_length > 99) {
             return false;
+        }
+        for (size_t i = 0; i < row.key_length; ++i) {
+            const char c = row.label.text[i];
+            if (!(c >= 'a' && c <= 'z') && !(c >= '0' && c <= '9') && c != '_') {
+                return false;
+            }
         }
     }
     return true;

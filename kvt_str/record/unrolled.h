@@ -3,6 +3,7 @@
 // into straight code.
 #pragma once
 
+#include <type_traits>
 #include <utility>
 
 #include "record/read.h"
@@ -20,7 +21,7 @@ constexpr unsigned at_level(unsigned number) {
 
 inline constexpr unsigned most_levels = 5;
 
-/// `Source` has the record's type, `Finished` its rows, and `levels` are those to unroll.
+/// `rows` are those of the finished table of `Type`, and `levels` those to unroll, from at_level.
 template <typename Type, const auto &rows, unsigned levels> struct Routines {
     static char *write(const void *record, unsigned level, char *out) {
         char *behind = nullptr;
@@ -41,12 +42,14 @@ template <typename Type, const auto &rows, unsigned levels> struct Routines {
     static const char *read(Input &input, const char *at, void *record, unsigned level) {
         const char *behind = nullptr;
         const auto unrolled = [&](auto known) KVT_FOLDED_LAMBDA {
-            behind = read<known>(input, at, record);
+            behind = read_unrolled<known>(input, at, record);
         };
         return call_at(level, unrolled) ? behind : read_record(table, input, at, record, level);
     }
 
 private:
+    static_assert(levels >> most_levels == 0, "raise most_levels");
+
     static constexpr const Record &table = RecordOf<Type>::table;
 
     /// Calls a step with the level as a constant, when it is one of those that are unrolled.
@@ -79,12 +82,12 @@ private:
     }
 
     template <unsigned level>
-    KVT_FOLDED static const char *read(Input &input, const char *at, void *record) {
+    KVT_FOLDED static const char *read_unrolled(Input &input, const char *at, void *record) {
         clear_record(table, record);
         Progress progress;
         const char *start = at;
         if (is_straight_path_open()) {
-            const Straight block{input, input.text, record, level + 1};
+            const StraightBlock block{input, input.text, record, level + 1};
             for_each_row([&](const Row &row)
                              KVT_FOLDED_LAMBDA { at = take_straight(block, row, at, progress); });
             const char *behind = behind_label(block.text, closing_label, at, indent_of(level));
@@ -92,7 +95,7 @@ private:
                 return behind;
             }
         }
-        // A progress that no row makes is made here only: it costs the straight path nothing.
+        // Where no row makes a progress, a new one is as good: then the straight path keeps none.
         return read_rest(table, input, at, record, level, makes_progress() ? progress : Progress(),
                          at == start);
     }
@@ -107,11 +110,11 @@ private:
     }
 
     /// Every count is the number of elements that were read.
-    KVT_FOLDED static bool counts_are_true(const void *record, const HeapArrays &heap) {
+    KVT_FOLDED static bool counts_are_true(const void *record, const CountedArrays &heap) {
         bool all = true;
         for_each_row([&](const Row &row) KVT_FOLDED_LAMBDA {
-            all &=
-                !row.counts_elements() || load_count(row, record) == heap.elements[row.heap_index];
+            all &= !row.counts_elements() ||
+                   load_count(row, record) == heap.elements[row.counted_index];
         });
         return all;
     }

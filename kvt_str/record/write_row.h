@@ -10,6 +10,7 @@
 #include "record/row.h"
 #include "text/number.h"
 #include "text/real.h"
+#include "text/words.h"
 
 namespace kvt_str {
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "text/digits.h"
+#include "text/sse2.h"
 
 namespace kvt_str {
 
@@ -48,16 +49,6 @@ private:
 private:
     uint64_t characters_;
 #endif
-
-public:
-    /// The number of places in a set, which are few.
-    static ptrdiff_t count(Places places) {
-        ptrdiff_t count = 0;
-        for (; places != 0; places &= places - 1) {
-            ++count;
-        }
-        return count;
-    }
 };
 
 } // namespace kvt_str

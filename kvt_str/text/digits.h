@@ -1,6 +1,6 @@
 // Eight and sixteen digits at once: the arithmetic of the number conversions, joining and parting
-// neighbours. Sixteen fit a register of SSE2, which every x86-64 processor has; the portable way
-// takes them eight at a time in a register of 64 bits. KVT_PORTABLE forces that.
+// neighbours. Sixteen fit a register of SSE2; the portable way takes them eight at a time in a
+// register of 64 bits.
 #pragma once
 
 #include <bit>
@@ -8,12 +8,7 @@
 #include <cstdint>
 #include <cstring>
 
-#include "text/folded.h"
-
-#if defined(__SSE2__) && !defined(KVT_PORTABLE)
-#define KVT_SSE2 1
-#include <emmintrin.h>
-#endif
+#include "text/sse2.h"
 
 namespace kvt_str {
 
@@ -101,6 +96,9 @@ inline bool read_sixteen_digits(const char *at, uint64_t &value) {
 // A number is parted in steps. Each one puts the quotient by a power of ten and, `bits` higher, the
 // remainder side by side in twice the room: q + (n - power * q) * 2^bits. That takes two
 // operations, as n * 2^bits - (power * 2^bits - 1) * q.
+//
+// Quotients by reciprocals: n * 5243 >> 19 is n / 100 below 10^4, n * 103 >> 10 and n * 6554 >> 16
+// are n / 10 below 100, and n * 0xD1B71759 >> 45 is n / 10^4 below 10^8.
 constexpr uint64_t parting(uint64_t power, unsigned bits) {
     return (power << bits) - 1;
 }

@@ -3,4 +3,5 @@
 #pragma once
 
 #define KVT_FOLDED [[gnu::always_inline]] inline
+// The same for a lambda: there, an attribute in brackets would belong to the type.
 #define KVT_FOLDED_LAMBDA __attribute__((always_inline))

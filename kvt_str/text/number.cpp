@@ -28,7 +28,7 @@ namespace {
 
 constexpr PlainNumber no_number = {nullptr, 0};
 
-/// Continues a number with the digits at `at`, `count` of which lie in a word.
+/// Appends the first `count` of eight characters, all digits, to a number. False beyond 64 bits.
 bool append_digits(uint64_t &number, uint64_t characters, unsigned count) {
     return !__builtin_mul_overflow(number, powers_of_ten[count], &number) &&
            !__builtin_add_overflow(number, value_of_digits(characters, count), &number);
@@ -62,7 +62,7 @@ unsigned count_zeros(uint64_t digits) {
     return static_cast<unsigned>(__builtin_ctzll(digits)) / 8;
 }
 
-/// Writes digits without their leading zeros. It may touch eight characters whatever their number.
+/// Writes digits without their leading zeros. It stores eight characters, whatever their number.
 char *put_first_digits(char *out, uint64_t digits) {
     const unsigned zeros = count_zeros(digits);
     store_eight(out, (digits + in_each_byte('0')) >> (8 * zeros));

@@ -67,8 +67,9 @@ PlainNumber read_plain_digits(const char *at, const char *end);
 /// The same for numbers that mostly have more than sixteen digits.
 PlainNumber read_plain_long_digits(const char *at, const char *end);
 
-/// The same by the width of the number that it is stored in, with a short way for few digits: in
-/// one field these are as many mostly, and then the branches cost nothing.
+/// The same by the width in bytes of the number that it is stored in, with a short way for few
+/// digits: the values of one field mostly have the same number of digits, so that the processor
+/// foretells the branches.
 template <unsigned width>
 KVT_FOLDED PlainNumber read_plain_number(const char *at, const char *end) {
     constexpr unsigned few = width == 1 ? 3 : 1;
@@ -82,7 +83,7 @@ KVT_FOLDED PlainNumber read_plain_number(const char *at, const char *end) {
     return width == 8 ? read_plain_long_digits(at, end) : read_plain_digits(at, end);
 }
 
-/// Writes a number from 256 on in decimal, and a newline. Returns the position behind it.
+/// As put_number_line, for a number from 256 on.
 char *put_large_number_line(char *out, uint64_t number);
 
 /// The digits of the numbers below 256 and a newline, the first character in the lowest byte.
@@ -98,8 +99,9 @@ inline constexpr auto small_number_lines = [] {
     return lines;
 }();
 
-/// Writes a number in decimal, and a newline. Returns the position behind it. It may touch up to
-/// two characters more: room that is there anyway, since a closing line and a NUL follow.
+/// Writes a number in decimal, and a newline. Returns the position behind it. It may store up to
+/// four characters more: the closing lines of a block and of its message and a NUL, seven
+/// characters at least, follow and overwrite them.
 KVT_FOLDED char *put_number_line(char *out, uint64_t number) {
     if (number >= small_number_lines.size()) {
         return put_large_number_line(out, number);
@@ -142,7 +144,7 @@ template <typename Number> KVT_FOLDED uint64_t count_digits(Number number) {
         const auto bits = static_cast<size_t>(std::bit_width(number));
         return (number + digits_by_bits[bits]) >> 32;
     }
-    // 1233/4096 is a little above log10(2): the estimate is right or one too small.
+    // 1233/4096 is a little below log10(2): the estimate is right or one too small.
     const unsigned estimate = static_cast<unsigned>(std::bit_width(number)) * 1233 >> 12;
     return estimate + (estimate < 20 && number >= powers_of_ten[estimate] ? 1 : 0);
 }

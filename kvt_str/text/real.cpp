@@ -2,7 +2,6 @@
 
 #include <bit>
 #include <cfloat>
-#include <clocale>
 #include <cstdio>
 #include <cstdlib>
 #include <iterator>
@@ -116,7 +115,8 @@ PlainReal read_plain_real(const char *at) {
         }
     }
     const auto decimals = point != nullptr ? static_cast<size_t>(at - point - 1) : 0;
-    if (*at != '\n' || at - start == (point != nullptr) || decimals >= std::size(powers)) {
+    const bool no_digit = at - start == (point != nullptr);
+    if (*at != '\n' || no_digit || decimals >= std::size(powers)) {
         return {nullptr, 0};
     }
     return {at + 1, static_cast<float>(digits) / powers[decimals]};
@@ -133,12 +133,12 @@ constexpr double decimal_powers[] = {1e-4, 1e-3, 1e-2, 1e-1, 1e0, 1e1, 1e2, 1e3,
 /// of two, and its six digits are that times a power of ten.
 size_t format_plain_real(float value, char (&out)[real_capacity]) {
     constexpr int digits = 6;
-    const double magnitude = static_cast<double>(value);
-    if (!(magnitude >= decimal_powers[0] && magnitude < decimal_powers[10])) {
+    const double exact = static_cast<double>(value);
+    if (!(exact >= decimal_powers[0] && exact < decimal_powers[10])) {
         return 0; // NaN, too
     }
     int exponent = -4;
-    while (magnitude >= decimal_powers[exponent + 5]) {
+    while (exact >= decimal_powers[exponent + 5]) {
         ++exponent;
     }
     const auto bits = std::bit_cast<uint32_t>(value);

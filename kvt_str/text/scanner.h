@@ -19,8 +19,8 @@ inline const char *skip_blanks(const char *at) {
     return at;
 }
 
-/// The character behind the line's newline; the text's NUL when no newline is left. Lines are
-/// short: a plain loop is as good as the C library's search, and never looks at more than the line.
+/// The character behind the line's newline; the text's NUL when no newline is left. For a text
+/// whose end is not known; else Text::after_line is faster for all but short lines.
 inline const char *after_newline(const char *at) {
     while (*at != '\0') {
         if (*at++ == '\n') {

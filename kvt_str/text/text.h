@@ -23,7 +23,7 @@ public:
     }
 
     /// The character behind the newline of the line at `at`, or end(): as after_newline of the
-    /// scanner, and faster for long lines.
+    /// scanner, and faster for all but short lines.
     const char *after_line(const char *at) const {
         const void *newline = std::memchr(at, '\n', static_cast<size_t>(end_ - at));
         return newline != nullptr ? static_cast<const char *>(newline) + 1 : end_;

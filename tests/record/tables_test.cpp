@@ -46,6 +46,17 @@ TEST(Tables, LabelsOfRowsStandBehindBlanks) {
     });
 }
 
+// The elements of a run lie in memory that may hold anything: they must be cleared first.
+TEST(Tables, ElementsOfRunsAreCleared) {
+    for_each_table([](const Record &table, unsigned /*level*/) {
+        for (const Row &row : table.rows) {
+            if (row.kind == RowKind::run) {
+                EXPECT_EQ(row.element->reading, Reading::plain) << table.name;
+            }
+        }
+    });
+}
+
 // A block that comes twice releases what the first one owned, by its counts: that is safe while
 // nothing that is counted owns anything in turn.
 TEST(Tables, ArraysOfNestedBlocksHoldNothingThatOwnsMemory) {

@@ -349,19 +349,19 @@ private:
     void replace(const Row &row, void *block, uint64_t count) {
         void *earlier = get<void *>(at_offset(record_, row.offset));
         if (row.kind == RowKind::run) {
-            release_elements(*row.element, earlier, 0, heap_.elements[row.heap_index]);
+            release_elements(*row.element, earlier, 0, heap_.elements[row.counted_index]);
         }
         std::free(earlier);
         put(at_offset(record_, row.offset), block);
         put_number(at_offset(record_, row.count_offset), row.count_width, count);
-        heap_.elements[row.heap_index] = count;
+        heap_.elements[row.counted_index] = count;
     }
 
     const Record &table_;
     void *record_;
     uint64_t shared_ = 0;
     Counts counts_mode_;
-    HeapArrays heap_;
+    CountedArrays heap_;
 };
 
 __attribute__((format(printf, 1, 2))) std::string print(const char *format, ...) {
