@@ -43,7 +43,8 @@ public:
 
     virtual void prepare() {}
 
-    virtual void run() = 0;
+    /// Returns whether the codec did what it should.
+    virtual bool run() = 0;
 
     virtual void clean_up() {}
 };
@@ -53,7 +54,9 @@ public:
     Write(const Message &message, const std::string &text)
         : message_(message), buffer_(text.size() + 1, '\0') {}
 
-    void run() override { kvt_msg_to_str(message_.kind(), message_.record(), buffer_.data()); }
+    bool run() override {
+        return kvt_msg_to_str(message_.kind(), message_.record(), buffer_.data()) == 0;
+    }
 
 private:
     const Message &message_;
@@ -64,23 +67,22 @@ class Size final : public Operation {
 public:
     explicit Size(const Message &message) : message_(message) {}
 
-    void run() override { size_ = kvt_str_get_buf_size(message_.kind(), message_.record()); }
+    bool run() override { return kvt_str_get_buf_size(message_.kind(), message_.record()) != 0; }
 
 private:
     const Message &message_;
-    uint32_t size_ = 0;
 };
 
 class Read : public Operation {
 public:
     Read(int32_t kind, const std::string &text) : kind_(kind), text_(text) {}
 
-    void run() override { read(); }
+    bool run() override { return read(); }
 
     void clean_up() override { release(); }
 
 protected:
-    void read() { kvt_msg_from_str(0, 0, text_.c_str(), &record_); }
+    bool read() { return kvt_msg_from_str(0, 0, text_.c_str(), &record_) == 0; }
 
     void release() {
         kvt_msg_release(kind_, record_);
@@ -97,20 +99,27 @@ class Release final : public Read {
 public:
     using Read::Read;
 
-    void prepare() override { read(); }
+    void prepare() override { was_read_ = read(); }
 
-    void run() override { release(); }
+    bool run() override {
+        release();
+        return was_read_;
+    }
 
     void clean_up() override {}
+
+private:
+    bool was_read_ = false;
 };
 
 class ReadAndRelease final : public Read {
 public:
     using Read::Read;
 
-    void run() override {
-        read();
+    bool run() override {
+        const bool was_read = read();
         release();
+        return was_read;
     }
 
     void clean_up() override {}
@@ -121,19 +130,20 @@ class Sequence final : public Operation {
 public:
     explicit Sequence(const std::string &text) : text_(text) {}
 
-    void run() override {
+    bool run() override {
         char **texts = nullptr;
         uint32_t *kinds = nullptr;
         int32_t count = 0;
         if (kvt_msg_arr_from_str(text_.c_str(), static_cast<uint32_t>(text_.size()), &texts, &kinds,
                                  &count) != 0) {
-            return;
+            return false;
         }
         for (int32_t i = 0; i < count; ++i) {
             std::free(texts[i]);
         }
         std::free(texts);
         std::free(kinds);
+        return true;
     }
 
 private:
@@ -143,20 +153,25 @@ private:
 // --- How it is counted ---------------------------------------------------------------------------
 
 /// Counts one run. Earlier ones go uncounted: they bind the names of the C library, and the heap
-/// has come to rest behind them.
+/// has come to rest behind them. Ends the process when the codec fails.
 void count(const std::string &name, const std::string &text, Operation &operation) {
     constexpr int warm_up_runs = 3;
+    bool worked = true;
     for (int i = 0; i < warm_up_runs; ++i) {
         operation.prepare();
-        operation.run();
+        worked = operation.run() && worked;
         operation.clean_up();
     }
     operation.prepare();
     CALLGRIND_START_INSTRUMENTATION;
-    operation.run();
+    const bool worked_when_counted = operation.run();
     CALLGRIND_STOP_INSTRUMENTATION;
     CALLGRIND_DUMP_STATS_AT(name.c_str());
     operation.clean_up();
+    if (!worked || !worked_when_counted) {
+        std::fprintf(stderr, "kvt_instructions: the codec fails at %s\n", name.c_str());
+        _exit(1);
+    }
     std::printf("%s\t%td\t%zu\n", name.c_str(), std::ranges::count(text, '\n'), text.size());
 }
 
@@ -241,7 +256,7 @@ private:
 
 int main(int argc, char **argv) {
     const Measurements measurements(argc > 1 ? argv[1] : "");
-    std::printf("%s %s, glibc %s\n", KVT_COMPILER, KVT_COMPILER_VERSION, gnu_get_libc_version());
+    std::printf("%s, glibc %s\n", KVT_COMPILER, gnu_get_libc_version());
     std::fflush(stdout); // a child would print it again
     const std::string larger = "/x" + std::to_string(growth);
 

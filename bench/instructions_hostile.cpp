@@ -59,7 +59,7 @@ constexpr HostileText all[] = {
     {"texts joined", BEGIN_JOB, "    hosts: \"node\"\n", ""},
     {"numbers without indentation", BEGIN_JOB, "port_guids: 1\n", ""},
     {"numbers that do not scan", BEGIN_JOB, "    port_guids: x\n", ""},
-    // The blank keeps the first ones off the short path, too, or they would be cheaper than the
+    // The blank keeps the first ones off the straight path, too, or they would be cheaper than the
     // rest.
     {"bytes beyond their places", JOB_DATA "    conns {\n", "      qp_child_idxs: 1 \n", ""},
     {"arrays that replace each other", BEGIN_JOB, "    port_guids: 1\n    x: 1\n", ""},
@@ -68,20 +68,21 @@ constexpr HostileText all[] = {
     {"elements without an end", RESOURCES, "    links {\n", ""},
     {"runs that replace each other", RESOURCES, "    links {\n    }\n    x: 1\n", ""},
     {"runs that own memory and replace each other", EVENTS,
-     "    events {\n      str_entry_list {\n        entry_name: \"a\"\n      }\n    }\n    x: 1\n",
+     "    vemra_events {\n      str_entry_list {\n        entry_name: \"a\"\n      }\n    }\n    "
+     "x: 1\n",
      ""},
 
     // Counts that lie.
     {"counts of runs that lie", RESOURCES,
      "    links {\n    }\n    x: 1\n    links_num: 4294967295\n", ""},
     {"counts in elements that lie, until all are replaced", EVENTS,
-     "    events {\n      str_entry_list {\n        entry_name: \"a\"\n      }\n      x: 1\n"
+     "    vemra_events {\n      str_entry_list {\n        entry_name: \"a\"\n      }\n      x: 1\n"
      "      num_str_entry: 99\n    }\n",
-     "    x: 1\n    events {\n    }\n"},
+     "    x: 1\n    vemra_events {\n    }\n"},
     {"counts in elements that lie, replaced one by one", EVENTS,
-     "    events {\n      str_entry_list {\n        entry_name: \"a\"\n      }\n      x: 1\n"
+     "    vemra_events {\n      str_entry_list {\n        entry_name: \"a\"\n      }\n      x: 1\n"
      "      num_str_entry: 99\n    }\n    x: 1\n",
-     "    events {\n    }\n"},
+     "    vemra_events {\n    }\n"},
 
     // Messages behind each other.
     {"small messages", VEMRA_MSG_TYPE_END_JOB, "", "msg {\n  type: END_JOB\n  end_job {\n  }\n}\n",

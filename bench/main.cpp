@@ -1,5 +1,5 @@
 // kvt_bench: all speeds in one run. Its options are those of Google Benchmark; without any, it runs
-// all benchmarks nine times in random order and prints medians and spread.
+// all benchmarks eleven times in random order and prints medians and spread.
 //
 //     kvt_bench --benchmark_filter='decode/W3/'
 //
@@ -15,16 +15,17 @@
 #include "benchmarks.h"
 
 int main(int argc, char **argv) {
-    // Memory that was released stays with the process. Otherwise most of the time of a decoder of
-    // large records, of any of them, could go into the kernel giving the same pages again and
-    // again, depending on which sizes the benchmark before it had released.
+    // Before each benchmark the heap is trimmed; from then on released memory stays with the
+    // process. Otherwise most of the time of a decoder of large records, of any of them, could go
+    // into the kernel giving the same pages again and again, depending on which sizes the benchmark
+    // before it had released.
     if (mallopt(M_MMAP_THRESHOLD, INT_MAX) == 0 || mallopt(M_TRIM_THRESHOLD, INT_MAX) == 0) {
         std::fputs("kvt_bench: cannot keep released memory; decoding is slower\n", stderr);
     }
 
     // Given first, so that those of the command line win.
     static char interleaving[] = "--benchmark_enable_random_interleaving=true";
-    static char repetitions[] = "--benchmark_repetitions=9";
+    static char repetitions[] = "--benchmark_repetitions=11";
     static char only_aggregates[] = "--benchmark_report_aggregates_only=true";
     static char min_time[] = "--benchmark_min_time=0.05";
     std::vector<char *> arguments = {argv[0], interleaving, repetitions, only_aggregates, min_time};

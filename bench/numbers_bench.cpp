@@ -76,11 +76,7 @@ char *put_to_chars(Room &room, uint64_t number) {
 /// The readers get the end of the whole text, as the codec has it. It reads by the width of the
 /// number that a value is stored in.
 template <unsigned width> uint64_t scan_kvt(const char *at, const char *end) {
-    if constexpr (width == 1) {
-        return kvt_str::read_plain_number<1>(at, end).value;
-    } else {
-        return kvt_str::read_plain_number<width>(at, end).value;
-    }
+    return kvt_str::read_plain_number<width>(at, end).value;
 }
 
 uint64_t scan_kvt_exact(const char *at, const char *) {

@@ -122,6 +122,10 @@ template <double (*split_up)(const Texts &, Split &)>
 void measure(benchmark::State &state, const Sequence &sequence) {
     const Texts texts = make_texts(sequence);
     verify_sequence(texts, sequence.name);
+    warm_up([&] {
+        Split split;
+        split_up(texts, split);
+    });
     for ([[maybe_unused]] auto iteration : state) {
         Split split;
         state.SetIterationTime(split_up(texts, split));

@@ -273,7 +273,9 @@ char *write(char *out, int indent, const vemra_resource_message &record) {
     return out;
 }
 
+#undef ALWAYS
 #undef NUMBER
+#undef REAL
 #undef TEXT
 #undef ALLOCATED_TEXT
 #undef ARRAY
@@ -670,7 +672,17 @@ template <typename Scan> const char *read(const char *at, vemra_resource_message
         RUN("agg_nodes", agg_nodes, agg_nodes_num)
     });
 }
+
 // clang-format on
+
+#undef READ_BLOCK
+#undef NUMBER
+#undef TEXT
+#undef ALLOCATED_TEXT
+#undef ARRAY
+#undef BYTES
+#undef BLOCK
+#undef RUN
 
 // --- Messages ------------------------------------------------------------------------------------
 
@@ -686,6 +698,7 @@ NAMES(vemra_job_data, "JOB_DATA", "job_data");
 NAMES(vemra_topology_info_list, "TOPOLOGY_INFO_REPLY", "topology_info_list");
 NAMES(vemra_event_list, "EVENTS_REPLY", "event_list");
 NAMES(vemra_resource_message, "RESOURCE_DATA", "resource_message");
+#undef NAMES
 
 template <typename Record, typename Scan> class StdioCodec final : public Codec {
 public:

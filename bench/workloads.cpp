@@ -430,7 +430,7 @@ void check_reads_back(const Message &message) {
     if (kvt_msg_from_str(0, 0, text.c_str(), &record) != 0) {
         fail("a text cannot be read back");
     }
-    const Message read(message.kind(), record);
+    Message read(message.kind(), record);
     if (text_of_read(read) != text) {
         fail("a text is another one after it was read back");
     }
@@ -465,7 +465,7 @@ std::string Message::text() const {
     return text;
 }
 
-std::string text_of_read(const Message &message) {
+std::string text_of_read(Message &message) {
     if (message.kind() == VEMRA_MSG_TYPE_JOB_DATA) {
         const auto *job = static_cast<const vemra_job_data *>(message.record());
         for (vemra_tree_conn &conn : std::span(job->conns, job->conns_num)) {
@@ -476,16 +476,10 @@ std::string text_of_read(const Message &message) {
 }
 
 std::span<const Workload> workloads() {
-    // The sizes of the texts, whole: 85 bytes, 3 kB, 625 kB, 2.2 MB, 720 kB, 534 kB.
     static constexpr Workload all[] = {
-        {"W1", "END_JOB, two fields", make_checked<make_end_job>},
-        {"W2", "BEGIN_JOB, 64 port_guids, 33 host names", make_checked<make_begin_job>},
-        {"W3", "JOB_DATA, 128 hosts, 4 trees, 512 conns, 64 agg_nodes",
-         make_checked<make_job_data>},
-        {"W4", "TOPOLOGY_INFO_REPLY, 1000 switches with 36 peers and 36 ports",
-         make_checked<make_topology>},
-        {"W5", "EVENTS_REPLY, 1000 events with 4 entries", make_checked<make_events>},
-        {"W6", "RESOURCE_DATA, 1000 trees, 2000 links, 1000 nodes", make_checked<make_resources>},
+        {"W1", make_checked<make_end_job>},  {"W2", make_checked<make_begin_job>},
+        {"W3", make_checked<make_job_data>}, {"W4", make_checked<make_topology>},
+        {"W5", make_checked<make_events>},   {"W6", make_checked<make_resources>},
     };
     return all;
 }

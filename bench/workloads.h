@@ -11,8 +11,8 @@
 
 namespace kvt_bench {
 
-/// A record and its kind. The record and all that hangs from it come from calloc and realloc, and
-/// go by kvt_msg_release.
+/// A record and its kind. The record and all that hangs from it come from calloc, malloc and
+/// realloc, and go by kvt_msg_release.
 class Message {
 public:
     Message(int32_t kind, void *record) : record_(record, Release{kind}) {}
@@ -35,8 +35,9 @@ private:
 };
 
 /// The text of a record that was read, by whatever reader. All set the places of qp_child_idxs that
-/// have no line to 0, which the writer takes for a child: this ends the used ones again first.
-std::string text_of_read(const Message &message);
+/// have no line to 0, which the writer takes for a child: this ends the used ones again first, in
+/// the record itself.
+std::string text_of_read(Message &message);
 
 /// How many elements the runs and arrays of a workload's record have: their number in the full
 /// workload, times `times`, divided by `parts`; at least 1. Runs and arrays of their elements keep
@@ -47,8 +48,7 @@ struct Scale {
 };
 
 struct Workload {
-    const char *name;  ///< "W1" to "W6"
-    const char *title; ///< what it is, such as "END_JOB, two fields"
+    const char *name; ///< "W1" to "W6"
     /// Makes the message: the same one at every call.
     Message (*make)(Scale scale);
 };

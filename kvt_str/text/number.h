@@ -106,7 +106,7 @@ KVT_FOLDED char *put_number_line(char *out, uint64_t number) {
     if (number >= small_number_lines.size()) {
         return put_large_number_line(out, number);
     }
-    uint32_t line = small_number_lines[number];
+    uint32_t line = small_number_lines[static_cast<size_t>(number)];
     if constexpr (std::endian::native == std::endian::big) {
         line = __builtin_bswap32(line);
     }

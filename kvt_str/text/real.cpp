@@ -128,13 +128,20 @@ namespace {
 /// such a power and the nearest double, so that comparisons with these are exact.
 constexpr double decimal_powers[] = {1e-4, 1e-3, 1e-2, 1e-1, 1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6};
 
-/// Writes as "%g" does a number that takes no exponent there; 0 characters where it may take one.
-/// Exact, in the rounding to nearest that programs start with: a float is an integer times a power
-/// of two, and its six digits are that times a power of ten.
+/// The rounding that programs start with: to the nearest, on either side of a number.
+bool rounds_to_nearest() {
+    const volatile float one = 1.0F;
+    const volatile float little = 0x1p-30F;
+    return one + little == one && one - little == one;
+}
+
+/// Writes as "%g" does a number that takes no exponent there; 0 characters where it may take one,
+/// or where another rounding is set. Exact: a float is an integer times a power of two, and its six
+/// digits are that times a power of ten.
 size_t format_plain_real(float value, char (&out)[real_capacity]) {
     constexpr int digits = 6;
     const double exact = static_cast<double>(value);
-    if (!(exact >= decimal_powers[0] && exact < decimal_powers[10])) {
+    if (!(exact >= decimal_powers[0] && exact < decimal_powers[10]) || !rounds_to_nearest()) {
         return 0; // NaN, too
     }
     int exponent = -4;

@@ -5,6 +5,16 @@
 
 namespace kvt_str {
 
+namespace {
+
+/// The value from `at` on when it ends at `stop` as a plain quoted one does.
+std::string_view value_before(const char *stop, const char *at) {
+    return stop[0] == '"' && stop[1] == '\n' ? std::string_view(at, static_cast<size_t>(stop - at))
+                                             : std::string_view();
+}
+
+} // namespace
+
 std::string_view plain_quoted(const char *at, const char *end) {
     const char *stop = at;
     for (; static_cast<size_t>(end - stop) >= Chunk::width; stop += Chunk::width) {
@@ -12,15 +22,13 @@ std::string_view plain_quoted(const char *at, const char *end) {
         const Chunk::Places stops =
             chunk.find('"') | chunk.find('{') | chunk.find('}') | chunk.find('\n');
         if (stops != 0) {
-            stop += Chunk::first(stops);
-            break;
+            return value_before(stop + Chunk::first(stops), at);
         }
     }
     while (*stop != '"' && *stop != '{' && *stop != '}' && *stop != '\n' && *stop != '\0') {
         ++stop;
     }
-    return stop[0] == '"' && stop[1] == '\n' ? std::string_view(at, static_cast<size_t>(stop - at))
-                                             : std::string_view();
+    return value_before(stop, at);
 }
 
 const char *Text::find_block_end(const char *at) const {

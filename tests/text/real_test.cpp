@@ -1,6 +1,7 @@
 // Floating-point values to and from text, compared bit by bit with the C library's in the C locale.
 #include <algorithm>
 #include <bit>
+#include <cfenv>
 #include <clocale>
 #include <cmath>
 #include <cstdint>
@@ -519,6 +520,27 @@ TEST(FormatReal, RandomNumbersWithoutAnExponentAreShownAsByTheCLibrary) {
     for (unsigned i = 0; i < 200000 && !HasFailure(); ++i) {
         formatted(
             std::bit_cast<float>(static_cast<uint32_t>(least + random() % (greatest - least))));
+    }
+}
+
+TEST(FormatReal, FollowsTheRoundingThatIsSet) {
+    Random random(9);
+    for (const int rounding : {FE_UPWARD, FE_DOWNWARD, FE_TOWARDZERO, FE_TONEAREST}) {
+        std::fesetround(rounding);
+        for (unsigned i = 0; i < 1000 && !HasFailure(); ++i) {
+            formatted(static_cast<float>(random() % 1000000) / 777.0F);
+        }
+    }
+}
+
+TEST(ReadPlainReal, FollowsTheRoundingThatIsSet) {
+    Random random(10);
+    for (const int rounding : {FE_UPWARD, FE_DOWNWARD, FE_TOWARDZERO, FE_TONEAREST}) {
+        std::fesetround(rounding);
+        for (unsigned i = 0; i < 1000 && !HasFailure(); ++i) {
+            read_plain(std::to_string(random() % 1000) + "." + std::to_string(random() % 1000) +
+                       "\n");
+        }
     }
 }
 
