@@ -72,17 +72,17 @@ MOST_SPREAD = 0.03  # of half of the figures, on a machine at rest
 
 
 class Results:
-    """The medians of a run, in nanoseconds."""
+    """The medians of all groups of a run, in nanoseconds."""
 
     UNITS = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}
     # What the benchmark library adds to a name.
     ADDED = re.compile(r"/(manual_time|real_time|iterations:\d+|repeats:\d+|min_time:[\d.]+)")
 
-    def __init__(self, run):
-        self.context = run["context"]
+    def __init__(self, groups):
+        self.context = groups[0]["context"]
         self.times, self.counters, self.spreads = {}, {}, []
         self.repetitions = 0
-        for line in run["benchmarks"]:
+        for line in (line for group in groups for line in group["benchmarks"]):
             name = self.ADDED.sub("", line["run_name"])
             if line.get("aggregate_name") == "median":
                 self.times[name] = line["real_time"] * self.UNITS[line["time_unit"]]
@@ -422,7 +422,8 @@ def main():
     for name in ("results", "build_dir", "document", "plot"):
         parser.add_argument(name, metavar=name.upper(), type=pathlib.Path)
     arguments = parser.parse_args()
-    results = Results(json.loads(arguments.results.read_text(encoding="utf-8")))
+    files = sorted(arguments.results.glob("*.json"))
+    results = Results([json.loads(file.read_text(encoding="utf-8")) for file in files])
     before, rest = arguments.document.read_text(encoding="utf-8").split(BEGIN)
     _, after = rest.split(END)
     tables = report(results, arguments.build_dir, arguments.plot.name)

@@ -72,7 +72,7 @@ PlainNumber read_plain_long_digits(const char *at, const char *end);
 /// foretells the branches.
 template <unsigned width>
 KVT_FOLDED PlainNumber read_plain_number(const char *at, const char *end) {
-    constexpr unsigned few = width == 1 ? 3 : 1;
+    constexpr unsigned few = width == 1 ? 3 : width == 8 ? 1 : 2;
     uint64_t value = 0;
     for (unsigned i = 0; i < few && is_digit(at[i]); ++i) {
         value = 10 * value + digit_value(at[i]);
