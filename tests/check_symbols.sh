@@ -8,10 +8,13 @@ library=$1
 exported="check_end_msg check_start_msg find_end_msg kvt_msg_arr_from_str kvt_msg_from_str
 kvt_msg_to_str kvt_str_get_buf_size next_line next_msg"
 
+# The last line is what hardening calls (KVT_HARDEN, or a distribution's own flags): the C library's
+# functions again, which are told how large their target is, and the end of a program whose stack
+# is broken.
 imported="kvt_msg_release log_cb log_level
 calloc free freelocale memchr memcpy memmove memset newlocale realloc snprintf strchr strlen strnlen
 strtof uselocale
-__stack_chk_fail __memcpy_chk __snprintf_chk"
+__memcpy_chk __memmove_chk __memset_chk __snprintf_chk __stack_chk_fail"
 
 sorted() { tr -s ' \n' '\n' | sed 's/@.*//' | sort -u; }
 

@@ -181,7 +181,7 @@ TEST(Size, IsSixForTheKindsWithoutRecord) {
 // One switch with as many peers as make a text longer than 32 bits can tell: every peer line is
 // "      peer_ids: 4294967295" and a newline, 27 characters.
 TEST(Size, IsZeroForATextOfFourGigabytes) {
-    constexpr size_t peers = (size_t{1} << 32) / 27 + 1;
+    constexpr auto peers = static_cast<size_t>((uint64_t{1} << 32) / 27 + 1);
     std::vector<uint32_t> peer_ids(peers, UINT32_MAX);
     vemra_topology_switch_info sw = {};
     sw.num_peer_ids = static_cast<uint32_t>(peers);

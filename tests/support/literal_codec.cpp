@@ -1,5 +1,7 @@
 #include "support/literal_codec.h"
 
+#include <bit>
+#include <cinttypes>
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
@@ -74,7 +76,13 @@ void put_number(void *at, unsigned width, uint64_t value) {
 }
 
 const char *conversion(unsigned width) {
-    return width == 1 ? "%hhu" : width == 2 ? "%hu" : width == 4 ? "%u" : "%lu";
+    return width == 1 ? "%hhu" : width == 2 ? "%hu" : width == 4 ? "%u" : "%" PRIu64;
+}
+
+/// Where a number of `width` bytes lies that is the low end of one of 64 bits.
+void *low_bytes(uint64_t &number, unsigned width) {
+    const size_t higher = std::endian::native == std::endian::big ? sizeof number - width : 0;
+    return reinterpret_cast<char *>(&number) + higher;
 }
 
 class LiteralReader {
@@ -129,7 +137,7 @@ private:
         case RowKind::signed32: {
             const std::string format = key_of(row) + ":" + conversion(row.size);
             if (row.has(shared_value)) {
-                std::sscanf(at, format.c_str(), &shared_);
+                std::sscanf(at, format.c_str(), low_bytes(shared_, row.size));
                 put_number(member, row.size, shared_);
             } else {
                 std::sscanf(at, format.c_str(), member);
@@ -143,7 +151,7 @@ private:
             at = next(at);
             const auto value = get<float>(member);
             const bool held = value > -2147483904.0F && value < 4294967296.0F;
-            say_value(row, held ? static_cast<unsigned>(static_cast<long>(value)) : 0U);
+            say_value(row, held ? static_cast<unsigned>(static_cast<int64_t>(value)) : 0U);
             return at;
         }
         case RowKind::text:
@@ -392,7 +400,7 @@ std::string literal_write(const Record &table, const void *record, const std::st
         const char *count_at = static_cast<const char *>(record) + row.count_offset;
         const std::string head = pad(level + 1) + key_of(row);
         const auto line = [&](uint64_t value) {
-            out += head + print(": %lu", value) + "\n";
+            out += head + print(": %" PRIu64, value) + "\n";
         };
         const auto quoted = [&](const char *text) {
             if (text != nullptr && text[0] != '\0') {

@@ -1,6 +1,7 @@
 // Records with random content, for any table, and their comparison.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <random>
@@ -13,8 +14,8 @@ namespace kvt_test {
 using Random = std::mt19937_64;
 
 /// A number from 0 to `limit` - 1.
-inline uint64_t below(Random &random, uint64_t limit) {
-    return random() % limit;
+inline size_t below(Random &random, uint64_t limit) {
+    return static_cast<size_t>(random() % limit);
 }
 
 /// A zeroed record of a table, which releases what hangs from it by its counts.

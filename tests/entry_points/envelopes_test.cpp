@@ -1,0 +1,65 @@
+// kvt_msg_arr_from_str's arrays have an entry for every envelope that the braces of the text make,
+// which may be more than the messages that are read.
+#include <gtest/gtest.h>
+
+#include "support/messages.h"
+
+namespace kvt_test {
+namespace {
+
+/// Splits a text and looks at an entry for every envelope: those behind the messages are zero.
+void expect_entries(const std::string &text, int32_t messages, int32_t envelopes) {
+    SCOPED_TRACE(text.substr(0, 100));
+    char **msgs = nullptr;
+    uint32_t *kinds = nullptr;
+    int32_t count = 0;
+    ASSERT_EQ(kvt_msg_arr_from_str(exact_copy(text).get(), static_cast<uint32_t>(text.size()),
+                                   &msgs, &kinds, &count),
+              0);
+    ASSERT_EQ(count, messages);
+    int32_t found = 0;
+    for (const char *at = text.c_str(); std::strncmp(at, "msg", 3) == 0; ++found) {
+        at = find_end_msg(at);
+    }
+    ASSERT_EQ(found, envelopes);
+    for (int32_t i = 0; i < envelopes; ++i) {
+        EXPECT_EQ(msgs[i] != nullptr, i < count);
+        EXPECT_EQ(kinds[i] != 0, i < count);
+        std::free(msgs[i]);
+    }
+    std::free(msgs);
+    std::free(kinds);
+}
+
+std::string repeat(int times, const std::string &text) {
+    std::string all;
+    for (int i = 0; i < times; ++i) {
+        all += text;
+    }
+    return all;
+}
+
+const std::string end_job = "msg {\n  type: END_JOB\n  end_job {\n    job_id: 5\n  }\n}\n";
+
+// The text closes two blocks and opens two; what stands behind its first line is skipped as a block
+// and as further lines of the record, up to the end of the whole text.
+TEST(Envelopes, OfBracesInAQuotedTextHaveEntriesWithoutAMessage) {
+    const std::string quoted = "msg {\n  type: JOB_ERROR\n  job_error {\n"
+                               "    description: \"}}\nmsg {{\"\n  }\n}\n";
+    expect_entries(quoted + repeat(40, end_job), 1, 42);
+}
+
+TEST(Envelopes, OfBracesBehindTheTypeHaveEntriesWithoutAMessage) {
+    const std::string two = "msg {\n  type: END_JOB }\nmsg { {\n    job_id: 5\n  }\n}\n";
+    expect_entries(repeat(40, two), 40, 80);
+}
+
+// Reading ends where another line stands in the place of the envelope's closing line; the braces go
+// on.
+TEST(Envelopes, BehindALineBeforeTheClosingLineHaveEntriesWithoutAMessage) {
+    const std::string odd = "msg {\n  type: END_JOB\n  end_job {\n    job_id: 5\n  }\nx\n}\n";
+    expect_entries(odd + repeat(40, end_job), 1, 41);
+}
+
+} // namespace
+} // namespace kvt_test

@@ -1,0 +1,255 @@
+#include "support/record_checker.h"
+
+#include <malloc.h>
+
+#include <cstring>
+#include <set>
+
+#include "record/member.h"
+
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#define KVT_SANITIZER_KNOWS_BLOCKS 1
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer) || __has_feature(memory_sanitizer) ||                         \
+    __has_feature(thread_sanitizer)
+#define KVT_SANITIZER_KNOWS_BLOCKS 1
+#endif
+#endif
+
+#ifdef KVT_SANITIZER_KNOWS_BLOCKS
+#include <sanitizer/allocator_interface.h>
+#endif
+
+namespace kvt_test {
+
+using namespace kvt_str;
+
+namespace {
+
+unsigned element_size(const Row &row) {
+    switch (row.kind) {
+    case RowKind::array16:
+        return 2;
+    case RowKind::array32:
+        return 4;
+    case RowKind::array64:
+        return 8;
+    default:
+        return row.element->size;
+    }
+}
+
+std::string key_of(const Row &row) {
+    return {row.label.text, row.key_length};
+}
+
+/// Whether a key stands in the text, and how often at most: keys within longer words count too.
+uint64_t occurrences(const char *text, const std::string &key) {
+    uint64_t count = 0;
+    for (const char *at = std::strstr(text, key.c_str()); at != nullptr;
+         at = std::strstr(at + 1, key.c_str())) {
+        ++count;
+    }
+    return count;
+}
+
+class Checker {
+public:
+    explicit Checker(const char *text) : text_(text) {}
+
+    /// Takes a block into the number of those that are held; tells what is wrong with it.
+    std::string hold(const void *block, uint64_t size) {
+        if (block_size(block) == 0) {
+            return ": no block of the heap";
+        }
+        if (block_size(block) < size) {
+            return ": the block has no room for the elements";
+        }
+        return blocks_.insert(block).second ? "" : ": the block is held twice";
+    }
+
+    size_t blocks() const { return blocks_.size(); }
+
+    /// `agreeing` is null when the record itself is the one that was read with counts that agree.
+    std::string check(const Record &table, const char *record, const char *agreeing) {
+        for (const Row &row : table.rows) {
+            const std::string problem = check_row(table, row, record, agreeing);
+            if (!problem.empty()) {
+                return "." + key_of(row) + problem;
+            }
+        }
+        return {};
+    }
+
+private:
+    std::string check_row(const Record &table, const Row &row, const char *record,
+                          const char *agreeing) {
+        const char *member = member_of(row, record);
+        switch (row.kind) {
+        case RowKind::text:
+            return strnlen(member, row.capacity) < row.capacity ? "" : ": not terminated";
+        case RowKind::joined_text:
+            return check_joined_text(table, row, record);
+        case RowKind::array16:
+        case RowKind::array32:
+        case RowKind::array64:
+        case RowKind::run:
+            return check_elements(table, row, record, agreeing);
+        case RowKind::block:
+            return check(*row.element, member, matching(row, agreeing));
+        case RowKind::slots:
+            if (load_count(row, record) > row.capacity && !text_says_count(table, row)) {
+                return ": more slots in use than there are";
+            }
+            return check_each(row, member, matching(row, agreeing), row.capacity);
+        default:
+            return {};
+        }
+    }
+
+    std::string check_joined_text(const Record &table, const Row &row, const char *record) {
+        const char *string = load<const char *>(member_of(row, record));
+        const bool is_said = text_says_count(table, row);
+        if (string == nullptr) {
+            return load_count(row, record) == 0 || is_said ? "" : ": a length without a string";
+        }
+        const std::string problem = hold(string, 1);
+        if (!problem.empty()) {
+            return problem;
+        }
+        const size_t length = strnlen(string, block_size(string));
+        if (length == block_size(string)) {
+            return ": not terminated";
+        }
+        return load_count(row, record) == length + 1 || is_said ? "" : ": not the string's length";
+    }
+
+    std::string check_elements(const Record &table, const Row &row, const char *record,
+                               const char *agreeing) {
+        const char *elements = load<const char *>(member_of(row, record));
+        const uint64_t said = load_count(row, record);
+        uint64_t count = said;
+        const char *others = nullptr;
+        if (agreeing != nullptr) {
+            others = load<const char *>(member_of(row, agreeing));
+            count = load_count(row, agreeing);
+            if (said < count) {
+                return ": fewer elements than there are";
+            }
+            if (said != count && !text_says_count(table, row)) {
+                return ": a count that no line says";
+            }
+        } else if ((elements == nullptr) != (count == 0)) {
+            return elements == nullptr ? ": a count without elements" : ": a block that none needs";
+        }
+        if (elements == nullptr) {
+            return count == 0 ? "" : ": the elements are missing";
+        }
+        if (count > occurrences(text_, key_of(row))) {
+            return ": more elements than the text has";
+        }
+        const std::string problem = hold(elements, count * element_size(row));
+        if (!problem.empty()) {
+            return problem;
+        }
+        if (row.kind == RowKind::run) {
+            return check_each(row, elements, others, count);
+        }
+        return others == nullptr || std::memcmp(elements, others, count * element_size(row)) == 0
+                   ? ""
+                   : ": other numbers";
+    }
+
+    std::string check_each(const Row &row, const char *elements, const char *agreeing,
+                           uint64_t count) {
+        for (uint64_t i = 0; i < count; ++i) {
+            const uint64_t offset = i * row.element->size;
+            const std::string problem = check(*row.element, elements + offset,
+                                              agreeing != nullptr ? agreeing + offset : nullptr);
+            if (!problem.empty()) {
+                return "[" + std::to_string(i) + "]" + problem;
+            }
+        }
+        return {};
+    }
+
+    static const char *matching(const Row &row, const char *agreeing) {
+        return agreeing != nullptr ? member_of(row, agreeing) : nullptr;
+    }
+
+    /// True when the text may have a line for the count or length of a row: its key stands there.
+    bool text_says_count(const Record &table, const Row &row) const {
+        for (const Row &count : table.rows) {
+            if (count.is_number() && count.offset == row.count_offset) {
+                return std::strstr(text_, key_of(count).c_str()) != nullptr;
+            }
+        }
+        return false;
+    }
+
+    const char *text_;
+    std::set<const void *> blocks_;
+};
+
+Verdict verdict(const Record &table, const void *record, const void *agreeing, const char *text) {
+    Checker checker(text);
+    std::string problem = checker.hold(record, table.size);
+    if (problem.empty()) {
+        problem = checker.check(table, static_cast<const char *>(record),
+                                static_cast<const char *>(agreeing));
+    }
+    return {problem.empty() ? "" : table.name + problem, checker.blocks()};
+}
+
+} // namespace
+
+Verdict check_agreeing(const Record &table, const void *record, const char *text) {
+    return verdict(table, record, nullptr, text);
+}
+
+Verdict check_as_read(const Record &table, const void *record, const void *agreeing,
+                      const char *text) {
+    return verdict(table, record, agreeing, text);
+}
+
+void lower_counts(const Record &table, void *record, const void *agreeing) {
+    for (const Row &row : table.rows) {
+        if (row.kind == RowKind::block) {
+            lower_counts(*row.element, member_of(row, record), member_of(row, agreeing));
+        }
+        if (!row.counts_elements()) {
+            continue;
+        }
+        const uint64_t count = load_count(row, agreeing);
+        store_count(row, record, count);
+        for (uint64_t i = 0; row.kind == RowKind::run && i < count; ++i) {
+            const uint64_t offset = i * row.element->size;
+            lower_counts(*row.element, load<char *>(member_of(row, record)) + offset,
+                         load<const char *>(member_of(row, agreeing)) + offset);
+        }
+    }
+}
+
+#ifdef KVT_SANITIZER_KNOWS_BLOCKS
+
+size_t block_size(const void *block) {
+    return __sanitizer_get_ownership(block) != 0 ? __sanitizer_get_allocated_size(block) : 0;
+}
+
+bool knows_blocks() {
+    return true;
+}
+
+#else
+
+size_t block_size(const void *block) {
+    return malloc_usable_size(const_cast<void *>(block));
+}
+
+bool knows_blocks() {
+    return false;
+}
+
+#endif
+
+} // namespace kvt_test
