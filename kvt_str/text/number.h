@@ -89,7 +89,7 @@ char *put_large_number_line(char *out, uint64_t number);
 /// The digits of the numbers below 256 and a newline, the first character in the lowest byte.
 inline constexpr auto small_number_lines = [] {
     std::array<uint32_t, 256> lines{};
-    for (uint32_t number = 0; number < lines.size(); ++number) {
+    for (uint32_t number = 0; number != lines.size(); ++number) {
         uint32_t line = '\n';
         for (uint32_t rest = number; rest != 0 || line == '\n'; rest /= 10) {
             line = line << 8 | ('0' + rest % 10);
@@ -118,7 +118,7 @@ KVT_FOLDED char *put_number_line(char *out, uint64_t number) {
 /// number of its digits.
 inline constexpr auto digits_by_bits = [] {
     std::array<uint64_t, 33> sums{};
-    for (unsigned bits = 0, digits = 1; bits < sums.size(); ++bits) {
+    for (unsigned bits = 0, digits = 1; bits != sums.size(); ++bits) {
         // The greatest number of so many bits may have a digit more than the least.
         const uint64_t least = bits == 0 ? 0 : uint64_t{1} << (bits - 1);
         const uint64_t greatest = (uint64_t{1} << bits) - 1;

@@ -31,33 +31,38 @@ KVT_FOLDED char *copy_words(char *out, const char *from, size_t length) {
     return out + length;
 }
 
+/// The bits in which a word at `a` and one at `b` differ.
+template <typename Word> KVT_FOLDED Word difference(const char *a, const char *b) {
+    Word x;
+    Word y;
+    std::memcpy(&x, a, sizeof x);
+    std::memcpy(&y, b, sizeof y);
+    return x ^ y;
+}
+
 /// True when `length` characters are the same: 4 at least, since words are loaded.
 KVT_FOLDED bool equal_words(const char *a, const char *b, size_t length) {
-    const auto differing = [=]<typename Word>(size_t i, Word /*width*/) KVT_FOLDED_LAMBDA {
-        Word x;
-        Word y;
-        std::memcpy(&x, a + i, sizeof x);
-        std::memcpy(&y, b + i, sizeof y);
-        return x ^ y;
-    };
     if (length < 8) {
-        return (differing(0, uint32_t{}) | differing(length - 4, uint32_t{})) == 0;
+        const size_t last = length - 4;
+        return (difference<uint32_t>(a, b) | difference<uint32_t>(a + last, b + last)) == 0;
     }
 #ifdef KVT_SSE2
     if (length >= 16) {
-        __m128i difference = differing(length - 16, __m128i{});
-        for (size_t i = 0; i + 16 < length; i += 16) {
-            difference = _mm_or_si128(difference, differing(i, __m128i{}));
+        const size_t last = length - 16;
+        __m128i differing = difference<__m128i>(a + last, b + last);
+        for (size_t i = 0; i < last; i += 16) {
+            differing = _mm_or_si128(differing, difference<__m128i>(a + i, b + i));
         }
-        const __m128i zeros = _mm_cmpeq_epi8(difference, _mm_setzero_si128());
+        const __m128i zeros = _mm_cmpeq_epi8(differing, _mm_setzero_si128());
         return _mm_movemask_epi8(zeros) == 0xFFFF;
     }
 #endif
-    uint64_t difference = differing(length - 8, uint64_t{});
-    for (size_t i = 0; i + 8 < length; i += 8) {
-        difference |= differing(i, uint64_t{});
+    const size_t last = length - 8;
+    auto differing = difference<uint64_t>(a + last, b + last);
+    for (size_t i = 0; i < last; i += 8) {
+        differing |= difference<uint64_t>(a + i, b + i);
     }
-    return difference == 0;
+    return differing == 0;
 }
 
 } // namespace kvt_str
