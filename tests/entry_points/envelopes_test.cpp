@@ -2,6 +2,7 @@
 // which may be more than the messages that are read.
 #include <gtest/gtest.h>
 
+#include "support/memory_watch.h"
 #include "support/messages.h"
 
 namespace kvt_test {
@@ -59,6 +60,35 @@ TEST(Envelopes, OfBracesBehindTheTypeHaveEntriesWithoutAMessage) {
 TEST(Envelopes, BehindALineBeforeTheClosingLineHaveEntriesWithoutAMessage) {
     const std::string odd = "msg {\n  type: END_JOB\n  end_job {\n    job_id: 5\n  }\nx\n}\n";
     expect_entries(odd + repeat(40, end_job), 1, 41);
+}
+
+/// Lines for within a block: they close it and two more, and open as many under another name.
+const std::string braces = "    }}}\nmsg {{{\n";
+
+TEST(Envelopes, OfASkippedBlockHaveEntriesWithoutAMessage) {
+    const std::string unknown = "msg {\n  type: END_JOB\n  end_job {\n    job_id: 5\n    x {\n" +
+                                braces + "    }\n  }\n}\n";
+    expect_entries(repeat(40, unknown), 40, 80);
+}
+
+TEST(Envelopes, OfAFurtherSlotHaveEntriesWithoutAMessage) {
+    const std::string slots = "msg {\n  type: RELEASE_GROUPS\n  release_groups {\n" +
+                              repeat(4, "    groups {\n    }\n") + "    groups {\n" + braces +
+                              "    }\n  }\n}\n";
+    expect_entries(repeat(40, slots), 40, 80);
+}
+
+TEST(Envelopes, OfADroppedElementHaveEntriesWithoutAMessage) {
+    for (const char *opening : {"    job_list {\n", "\tjob_list {\n"}) {
+        const std::string dropped = "msg {\n  type: JOB_INFO_REPLY\n  mgmt_job_info_list {\n" +
+                                    repeat(5, "    job_list {\n    }\n") + opening + braces +
+                                    "    }\n  }\n}\n";
+        MemoryWatch watch;
+        watch.fail(5); // three arrays, the record, the run; then its growth
+        expect_entries(dropped + repeat(15, end_job), 16, 17);
+        EXPECT_EQ(watch.failed(), 1U);
+        EXPECT_EQ(watch.alive(), 0U);
+    }
 }
 
 } // namespace
