@@ -65,8 +65,9 @@ bool MessageSequence::read(const char *begin, uint32_t length) {
     // The records only serve to write the texts and are released by their counts: both must be
     // safe, whatever the text says.
     Input input{Text(begin), Counts::agree};
-    const char *closing = nullptr;
-    for (const char *at = begin; at != nullptr && begins_message(at);) {
+    const char *closing;
+    const char *at = begin;
+    do {
         if (count_ == capacity_ && !reserve(capacity_ == 0 ? first_entries : 2 * capacity_)) {
             return false;
         }
@@ -80,10 +81,7 @@ bool MessageSequence::read(const char *begin, uint32_t length) {
         // on.
         const auto remaining = length - static_cast<uint32_t>(closing - begin);
         at = next_message(closing, remaining);
-    }
-    if (closing == nullptr) {
-        return false;
-    }
+    } while (at != nullptr && begins_message(at));
     const size_t envelopes = input.straight
                                  ? count_ + count_envelopes(input.text, next_line(closing))
                                  : count_envelopes(input.text, begin);

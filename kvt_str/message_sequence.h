@@ -16,9 +16,9 @@ public:
     MessageSequence(const MessageSequence &) = delete;
     MessageSequence &operator=(const MessageSequence &) = delete;
 
-    /// Reads the messages from `begin` on, as many as begin within `length`. The
+    /// Reads the messages from `begin`, where one begins, as many as begin within `length`. The
     /// arrays have an entry for every envelope of the text, also behind `length`. False when
-    /// none begins there, a message is bad, which is logged, or memory runs out.
+    /// a message is bad, which is logged, or memory runs out.
     bool read(const char *begin, uint32_t length);
 
     /// Writes every record as a text of its own, and releases it.

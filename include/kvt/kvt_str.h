@@ -119,7 +119,10 @@ KVT_EXPORT uint32_t kvt_str_get_buf_size(int32_t msg_type, const void *msg);
  * elements read - but a count line that stands after the elements, or without any, is kept as
  * it was read and may promise elements that are not there (a null pointer, even). Compare before
  * you write, release or walk such a record, or read it with kvt_msg_arr_from_str, which makes
- * them agree.
+ * them agree. A count line that says too little does no such harm, but what the elements behind it
+ * own is not released with the record. The count of elements that stand in the record itself (the
+ * up to 4 groups) is kept as read too: the writer goes no further than their places, and so should
+ * whoever walks them.
  */
 KVT_EXPORT int32_t kvt_msg_from_str(kvt_ignored ignored1, kvt_ignored ignored2, const char *buf,
                                     void **msg);
@@ -149,7 +152,7 @@ KVT_EXPORT int32_t kvt_msg_from_str(kvt_ignored ignored1, kvt_ignored ignored2, 
  *
  * Both arrays and each text come from calloc or realloc and belong to the caller, who frees each
  * with free. Records of the messages are made on the way and given to kvt_msg_release; in them
- * counts and elements agree, whatever the text says.
+ * counts and elements on the heap agree, whatever the text says.
  */
 KVT_EXPORT int32_t kvt_msg_arr_from_str(const char *buf, uint32_t length, char ***msgs,
                                         uint32_t **kinds, int32_t *count);

@@ -135,7 +135,7 @@ const char *BlockReader::take_row(const Row &row, const char *at, const char *ne
     case RowKind::slots:
         return read_slots(input_, row, at, record_, level_);
     }
-    return next;
+    return next; // not reached: each kind has its case
 }
 
 /// Sees to the counts that lie, once a record is read.

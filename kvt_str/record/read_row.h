@@ -269,7 +269,7 @@ KVT_FOLDED const char *take_straight(const StraightBlock &block, const Row &row,
     case RowKind::slots:
         return take_slots(block, row, at);
     }
-    return at;
+    return at; // not reached: each kind has its case
 }
 
 } // namespace kvt_str

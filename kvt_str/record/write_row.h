@@ -202,7 +202,7 @@ KVT_FOLDED Out put_row(Out out, const Row &row, unsigned level, const void *reco
     case RowKind::slots:
         return put_slots(out, row, level, record);
     }
-    return out;
+    return out; // not reached: each kind has its case
 }
 
 } // namespace kvt_str

@@ -456,6 +456,32 @@ TEST(Runs, ElementsOfAReplacedRunAreReleasedByTheTrueLengthOfTheirOwnRuns) {
     }
 }
 
+// The 17th lie takes more room than there was. Where it cannot be had, the count is made true.
+TEST(Runs, CountsThatLieAreMadeTrueWhereThereIsNoMemoryForOneMore) {
+    std::string groups;
+    for (int i = 0; i < 17; ++i) {
+        groups += "  groups {\n" + entries(1, 1) + "    x: 1\n    num_entries: 7\n  }\n";
+    }
+    MemoryWatch watch;
+    size_t made_true = 0;
+    bool failed = true;
+    for (size_t failing = 1; failed; ++failing) {
+        watch.fail(failing);
+        ReadBlock<test_tree> read(groups);
+        failed = watch.failed() != 0;
+        if (failed && read->groups_num == 17 && read->groups[16].num_entries == 1) {
+            ++made_true;
+            EXPECT_EQ(read->groups[15].num_entries, 7U);
+        }
+        // So that they can be released with the record.
+        for (size_t i = 0; i < read->groups_num; ++i) {
+            read->groups[i].num_entries = read->groups[i].entries != nullptr ? 1 : 0;
+        }
+    }
+    EXPECT_EQ(made_true, 1U);
+    EXPECT_EQ(watch.alive(), 0U);
+}
+
 TEST(Runs, CountsCanBeMadeToAgreeAtEveryDepth) {
     const MemoryWatch watch;
     {
