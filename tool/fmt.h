@@ -1,4 +1,4 @@
-// kvt fmt: prints messages in normal form.
+// kvt fmt: messages in normal form.
 #pragma once
 
 #include <string>
@@ -8,8 +8,19 @@
 
 namespace kvt_tool {
 
-/// Prints the normal form of every message of the inputs, with an empty line between messages. What
-/// is wrong is said on standard error, and reading goes on with the next message.
-ExitStatus format_messages(const std::vector<std::string> &inputs);
+struct FormatOptions {
+    enum class To {
+        standard_output,
+        their_files, ///< which are replaced
+        nowhere,     ///< the names of files that are not in normal form are printed
+    };
+
+    To to = To::standard_output;
+    bool lossy = false; ///< files are replaced also where something of them is lost
+    unsigned threads = 1;
+};
+
+/// Formats the messages of all inputs, with an empty line between messages.
+ExitStatus format_messages(const std::vector<std::string> &inputs, const FormatOptions &options);
 
 } // namespace kvt_tool

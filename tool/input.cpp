@@ -1,47 +1,58 @@
 #include "input.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
-#include <memory>
 
 #include "problems.h"
 
 namespace kvt_tool {
 
-namespace {
-
-struct Close {
-    void operator()(std::FILE *file) const {
-        if (file != stdin) {
-            std::fclose(file);
-        }
-    }
-};
-
-} // namespace
-
 std::string shown_name(const std::string &name) {
     return name == standard_input ? "(standard input)" : name;
 }
 
-std::optional<std::string> read_input(const std::string &name) {
-    const std::unique_ptr<std::FILE, Close> file(
-        name == standard_input ? stdin : std::fopen(name.c_str(), "rb"));
-    if (file == nullptr) {
-        cannot_use(name, std::strerror(errno));
+InputFile::InputFile(const std::string &name) : name_(shown_name(name)) {
+    file_ = name == standard_input ? STDIN_FILENO : open(name.c_str(), O_RDONLY | O_CLOEXEC);
+    if (file_ < 0) {
+        fail();
+    }
+}
+
+InputFile::~InputFile() {
+    if (file_ > STDIN_FILENO) {
+        close(file_);
+    }
+}
+
+void InputFile::fail() {
+    usable_ = false;
+    cannot_use(name_, std::strerror(errno));
+}
+
+size_t InputFile::read(char *to, size_t room) {
+    ssize_t length;
+    do {
+        length = ::read(file_, to, room);
+    } while (length < 0 && errno == EINTR);
+    if (length < 0) {
+        fail();
+        return 0;
+    }
+    return static_cast<size_t>(length);
+}
+
+std::optional<uint64_t> size_of_input(const std::string &name) {
+    struct stat status;
+    const int result =
+        name == standard_input ? fstat(STDIN_FILENO, &status) : stat(name.c_str(), &status);
+    if (result != 0 || !S_ISREG(status.st_mode)) {
         return std::nullopt;
     }
-    std::string content;
-    char block[1 << 16];
-    while (const size_t length = std::fread(block, 1, sizeof block, file.get())) {
-        content.append(block, length);
-    }
-    if (std::ferror(file.get()) != 0) {
-        cannot_use(shown_name(name), std::strerror(errno));
-        return std::nullopt;
-    }
-    return content;
+    return static_cast<uint64_t>(status.st_size);
 }
 
 } // namespace kvt_tool

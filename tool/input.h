@@ -1,6 +1,8 @@
 // The inputs of a command: files, or standard input.
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -12,7 +14,33 @@ inline constexpr char standard_input[] = "-";
 /// The name of an input as it is shown in messages.
 std::string shown_name(const std::string &name);
 
-/// The whole content of an input. Says what is wrong, and returns nothing, when it cannot be read.
-std::optional<std::string> read_input(const std::string &name);
+/// A file, pipe or standard input that is read from beginning to end.
+class InputFile {
+public:
+    /// Opens it. Says what is wrong, and is not usable, when it cannot be read.
+    explicit InputFile(const std::string &name);
+    ~InputFile();
+    InputFile(const InputFile &) = delete;
+    InputFile &operator=(const InputFile &) = delete;
+
+    bool usable() const { return usable_; }
+
+    /// The name as it is shown in messages.
+    const std::string &name() const { return name_; }
+
+    /// Reads up to `room` bytes to `to`. Returns how many: 0 at the end, and when something is
+    /// wrong, which is said; then it is not usable any more.
+    size_t read(char *to, size_t room);
+
+private:
+    void fail();
+
+    std::string name_;
+    int file_ = -1;
+    bool usable_ = true;
+};
+
+/// The bytes of an input that is a file; nothing for a pipe or terminal, whose end nobody knows.
+std::optional<uint64_t> size_of_input(const std::string &name);
 
 } // namespace kvt_tool

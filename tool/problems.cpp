@@ -5,18 +5,23 @@
 
 namespace kvt_tool {
 
+std::function<void()> before_saying;
+
 ExitStatus worse(ExitStatus a, ExitStatus b) {
     return std::max(a, b);
 }
 
-ExitStatus cannot_use(const std::string &name, const std::string &reason) {
-    std::fprintf(stderr, "kvt: %s: %s\n", name.c_str(), reason.c_str());
-    return could_not_work;
+void say(const std::string &lines) {
+    std::fflush(stdout);
+    if (before_saying) {
+        before_saying();
+    }
+    std::fputs(lines.c_str(), stderr);
 }
 
-ExitStatus report(const std::string &name, size_t line, const std::string &what) {
-    std::fprintf(stderr, "%s:%zu: %s\n", name.c_str(), line, what.c_str());
-    return found_problems;
+ExitStatus cannot_use(const std::string &name, const std::string &reason) {
+    say("kvt: " + name + ": " + reason + "\n");
+    return could_not_work;
 }
 
 } // namespace kvt_tool

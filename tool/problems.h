@@ -1,6 +1,7 @@
-// What is wrong with an input, said on standard error as FILE:LINE: WHAT.
+// What a command says on standard error.
 #pragma once
 
+#include <functional>
 #include <string>
 
 namespace kvt_tool {
@@ -15,10 +16,13 @@ enum ExitStatus : int {
 /// The worse of two.
 ExitStatus worse(ExitStatus a, ExitStatus b);
 
+/// Says some lines on standard error, behind all that is already on standard output.
+void say(const std::string &lines);
+
 /// Says that an input or output cannot be used, and why.
 ExitStatus cannot_use(const std::string &name, const std::string &reason);
 
-/// Says what is wrong with the content of an input.
-ExitStatus report(const std::string &name, size_t line, const std::string &what);
+/// What is done before anything is said: a bar of progress is taken away.
+extern std::function<void()> before_saying;
 
 } // namespace kvt_tool

@@ -78,8 +78,8 @@ void fill_row(const Row &row, void *record, Random &random) {
             char *copy = allocate(text.size() + 1, 1);
             std::memcpy(copy, text.c_str(), text.size() + 1);
             store(member, copy);
-            store_count(row, record, text.size() + 1);
         }
+        store_count(row, record, text.empty() ? 0 : text.size() + 1);
         break;
     }
     case RowKind::array16:

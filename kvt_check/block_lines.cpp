@@ -1,0 +1,59 @@
+#include "block_lines.h"
+
+#include <cstring>
+
+#include "check_value.h"
+
+namespace kvt_checking {
+
+using namespace kvt_str;
+
+void BlockLines::report_counts(Check &check) const {
+    for (size_t counted = 0; counted < rows_.size(); ++counted) {
+        const Row &row = rows_[counted];
+        if (row.count_width == 0) {
+            continue;
+        }
+        for (size_t count = 0; count < rows_.size(); ++count) {
+            if (rows_[count].is_number() && rows_[count].offset == row.count_offset && has(count)) {
+                report_count(check, counted, count);
+            }
+        }
+    }
+}
+
+void BlockLines::report_count(Check &check, size_t counted, size_t count) const {
+    const Seen &line = lines_[count];
+    const uint64_t said = line.value;
+    const uint64_t there = has(counted) ? lines_[counted].value : 0;
+    if (said == there || (doubtful_ >> counted & 1) != 0) {
+        return;
+    }
+    const std::string_view name = key_of(rows_[counted]);
+    const char *text_end = check.cursor.end();
+    const void *newline =
+        std::memchr(line.place.at, '\n', static_cast<size_t>(text_end - line.place.at));
+    const char *end = newline != nullptr ? static_cast<const char *>(newline) : text_end;
+    const Mark mark(line.place, trimmed(line.place.at, end));
+    if (!has(counted)) {
+        check.findings.report(KVT_FINDING_LONE_COUNT, mark, Quoted{key_of(rows_[count])}, " says ",
+                              said, ", but there is no ", Quoted{name},
+                              ": the reader keeps the number, and promises what is not there");
+        return;
+    }
+    const bool is_late = line.place.at > lines_[counted].place.at;
+    const std::string_view what_follows =
+        is_late ? "; behind it, the reader keeps the number as it stands"
+                : "; the reader takes what is there";
+    if (rows_[counted].kind == RowKind::joined_text) {
+        check.findings.report(KVT_FINDING_WRONG_LENGTH, mark, Quoted{key_of(rows_[count])},
+                              " says ", said, ", but ", Quoted{name}, " takes ", there,
+                              " with its end", what_follows);
+    } else {
+        check.findings.report(is_late ? KVT_FINDING_LATE_COUNT : KVT_FINDING_WRONG_COUNT, mark,
+                              Quoted{key_of(rows_[count])}, " says ", said, ", but ", Quoted{name},
+                              " has ", there, there == 1 ? " element" : " elements", what_follows);
+    }
+}
+
+} // namespace kvt_checking

@@ -1,0 +1,56 @@
+// What has been seen of a block: which rows, where, and what they say.
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+#include "check_state.h"
+#include "record/row.h"
+
+namespace kvt_checking {
+
+class BlockLines {
+public:
+    explicit BlockLines(const kvt_str::Record &table)
+        : rows_(table.rows.first(table.rows.size() < most_rows ? table.rows.size() : most_rows)) {}
+
+    std::span<const kvt_str::Row> rows() const { return rows_; }
+
+    bool has(size_t row) const { return (seen_ >> row & 1) != 0; }
+
+    /// Remembers a line or the first line of a run, and its value: a number, the elements of a run
+    /// or the size of a text.
+    void remember(size_t row, const Place &place, uint64_t value) {
+        seen_ |= uint64_t{1} << row;
+        lines_[row] = {place, value};
+    }
+
+    /// A line of the run could not be read, and that was reported: its count was meant to count
+    /// that line, too, and says nothing more.
+    void doubt(size_t row) { doubtful_ |= uint64_t{1} << row; }
+
+    /// Of a row that was seen.
+    const Place &place(size_t row) const { return lines_[row].place; }
+
+    /// Reports the counts that are not those of the elements, at their lines.
+    void report_counts(Check &check) const;
+
+private:
+    struct Seen {
+        Place place;
+        uint64_t value;
+    };
+
+    void report_count(Check &check, size_t counted, size_t count) const;
+
+    /// No record has as many (tests/check/tables_test.cpp).
+    static constexpr size_t most_rows = 64;
+
+    std::span<const kvt_str::Row> rows_;
+    uint64_t seen_ = 0;
+    uint64_t doubtful_ = 0;
+    Seen lines_[most_rows]; ///< of the rows that were seen: the others are left as they are, since
+                            ///< to clear them takes longer than to check a small block
+};
+
+} // namespace kvt_checking

@@ -1,0 +1,295 @@
+#include "check_block.h"
+
+#include "nearest.h"
+#include "record/read_arrays.h"
+
+namespace kvt_checking {
+
+using namespace kvt_str;
+
+bool is_balanced(const Line &line) {
+    int depth = 0;
+    bool closes = false;
+    for (const char *at = line.at; at != line.end; ++at) {
+        depth += (*at == '{') - (*at == '}');
+        closes |= *at == '}';
+        if (depth < 0) {
+            return false;
+        }
+    }
+    return depth == 0 && closes;
+}
+
+void check_behind_brace(Check &check, const char *brace, const Line &line) {
+    const std::string_view rest = trimmed(brace + 1, line.end);
+    if (!rest.empty()) {
+        check.findings.report(KVT_FINDING_BESIDE_BRACE, check.mark(rest),
+                              "the reader skips what stands behind the brace, ", Quoted{rest});
+    }
+}
+
+void report_one_line_block(Check &check, const Line &line) {
+    check.findings.report(KVT_FINDING_ONE_LINE_BLOCK, check.mark(line),
+                          "the reader knows blocks only over several lines: it takes the closing "
+                          "brace for that of the block around, or none, and misreads what follows");
+}
+
+std::string_view BlockCheck::nearest_key(std::string_view word) const {
+    if (!findings_.is_watched()) {
+        return {};
+    }
+    Nearest nearest(word);
+    for (const Row &row : rows_) {
+        nearest.consider(key_of(row));
+    }
+    return nearest.word();
+}
+
+/// The row whose key the line at `at` has, with a colon or a blank behind it; rows_.size() for
+/// none. No earlier key is a prefix of it, so that the reader takes the same.
+size_t BlockCheck::find_exact_row(const char *at) {
+    const auto left = static_cast<size_t>(cursor_.end() - at);
+    for (size_t i = 0; i < rows_.size(); ++i) {
+        const size_t index =
+            expected_ + i < rows_.size() ? expected_ + i : expected_ + i - rows_.size();
+        const Row &row = rows_[index];
+        if (left > row.key_length && *at == *row.label.text &&
+            std::memcmp(at, row.label.text, row.key_length) == 0 &&
+            !is_word_character(at[row.key_length])) {
+            return index;
+        }
+    }
+    return rows_.size();
+}
+
+/// The first row whose key the line at `at` begins with, as the reader finds it; rows_.size() for
+/// none.
+size_t BlockCheck::find_row(const char *at) const {
+    const auto left = static_cast<size_t>(cursor_.end() - at);
+    for (size_t index = 0; index < rows_.size(); ++index) {
+        const Row &row = rows_[index];
+        if (left >= row.key_length && std::memcmp(at, row.label.text, row.key_length) == 0) {
+            return index;
+        }
+    }
+    return rows_.size();
+}
+
+/// The end of the line when it is one of the row, in the writer's form but for its blanks; else
+/// null. `value` is the number, or the length of the text.
+const char *BlockCheck::plain_value(const Row &row, uint64_t &value) const {
+    const char *end = cursor_.end();
+    const char *at = cursor_.at() + row.key_length;
+    if (at == end || *at != ':') {
+        return nullptr;
+    }
+    at += end - at > 1 && at[1] == ' ' ? 2 : 1;
+    switch (row.kind) {
+    case RowKind::real:
+        return end_of_plain_real(at, end);
+    case RowKind::text:
+        return at[-1] == ' ' ? end_of_plain_text(at, end, row.capacity - size_t{1}) : nullptr;
+    case RowKind::joined_text: {
+        const char *behind =
+            at[-1] == ' ' ? end_of_plain_text(at, end, longest_joined_value) : nullptr;
+        value = behind != nullptr ? static_cast<uint64_t>(behind - at - 2) : 0;
+        return behind;
+    }
+    default:
+        return end_of_plain_number(at, end, greatest_of(row), value);
+    }
+}
+
+/// Takes the lines of a row that begin with one as the writer writes it, but for its blanks. False
+/// where the line is another.
+bool BlockCheck::take_plain_line() {
+    const char *at = cursor_.at();
+    const size_t index = find_exact_row(at);
+    if (index == rows_.size()) {
+        return false;
+    }
+    const Row &row = rows_[index];
+    if (row.opens_block()) {
+        if (cursor_.begins_with({row.label.text, row.label.length})) {
+            check_blocks(index);
+            expected_ = index + 1 == rows_.size() ? 0 : index + 1;
+            return true;
+        }
+        return false;
+    }
+    uint64_t value = 0;
+    const char *end = plain_value(row, value);
+    if (end == nullptr) {
+        return false;
+    }
+    expected_ = index + 1 == rows_.size() ? 0 : index + 1;
+    if (row.kind >= RowKind::joined_text) {
+        check_array(index);
+        return true;
+    }
+    if (lines_.has(index)) {
+        return false;
+    }
+    lines_.remember(index, cursor_.here(), value);
+    cursor_.step_to_line(end + 1);
+    return true;
+}
+
+/// Checks a line that has a row's key, and those below that belong to it.
+void BlockCheck::check_row(size_t index, const Line &line) {
+    const Row &row = rows_[index];
+    if (row.opens_block()) {
+        check_blocks(index);
+    } else if (row.kind >= RowKind::joined_text) {
+        check_array(index);
+    } else {
+        check_single(index, line);
+    }
+}
+
+void BlockCheck::check_single(size_t index, const Line &line) {
+    const Row &row = rows_[index];
+    const Place place = cursor_.here();
+    const Mark mark = check_.mark(line);
+    const Value value = check_value(row, line);
+    if (!value.is_read) {
+        return;
+    }
+    if (lines_.has(index)) {
+        findings_.report(KVT_FINDING_REPEATED_KEY, mark.again(lines_.place(index)),
+                         Quoted{key_of(row)},
+                         " stands here once more: its value replaces the one above");
+    }
+    lines_.remember(index, place, value.value);
+}
+
+/// Skips a block that the reader, or whoever wrote it, takes for one.
+void BlockCheck::skip_block() {
+    if (!cursor_.skip_block()) {
+        findings_.report(KVT_FINDING_NOT_CLOSED, check_.mark(check_.look_at_line()),
+                         "a message begins here, but a block above is not closed: the reader "
+                         "skips the message with the block");
+        end_ = BlockEnd::next_message;
+    }
+}
+
+/// Checks a line that begins with no key.
+void BlockCheck::check_unknown(const Line &line) {
+    const std::string_view word = first_word(line.at, line.end);
+    if (opens_message(line.at, line.end)) {
+        findings_.report(KVT_FINDING_NOT_CLOSED, check_.mark(line),
+                         "a message begins here, but the block ", Quoted{frame_.name},
+                         " is not closed: the reader takes the message for an unknown block, and "
+                         "skips it");
+        end_ = BlockEnd::next_message;
+        return;
+    }
+    if (line.opens) {
+        findings_.suggest(KVT_FINDING_UNKNOWN_BLOCK, check_.mark(line), nearest_key(word),
+                          Quoted{frame_.name}, " knows no block ",
+                          Quoted{word.empty() ? trimmed(line.at, line.end) : word},
+                          ": the reader skips all of it");
+        skip_block();
+        return;
+    }
+    const std::string_view text = trimmed(line.at, line.end);
+    if (!line.ended && text.find('}') != std::string_view::npos) {
+        findings_.report(KVT_FINDING_NOT_CLOSED, check_.mark(line),
+                         "the reader sees a brace only in a line that ends with a newline: the "
+                         "block ",
+                         Quoted{frame_.name}, " is not closed");
+        end_ = BlockEnd::text_end;
+    } else if (!word.empty() &&
+               has_character(skip_blanks_in_line(word.data() + word.size(), line), line, ':')) {
+        findings_.suggest(KVT_FINDING_UNKNOWN_KEY, check_.mark(word), nearest_key(word),
+                          Quoted{frame_.name}, " knows no key ", Quoted{word},
+                          ": the reader skips this line");
+    } else if (!text.empty()) {
+        findings_.report(KVT_FINDING_STRAY_LINE, check_.mark(line), Quoted{text},
+                         " begins with no key: the reader skips this line");
+    }
+    cursor_.step_over_line();
+}
+
+namespace {
+
+/// True when all braces of a line stand between its first two quotes.
+bool has_braces_in_quotes_only(const Line &line) {
+    const char *first = find_character('"', line.at, line.end);
+    const char *second = first != nullptr ? find_character('"', first + 1, line.end) : nullptr;
+    return second != nullptr && !has_brace(line.at, first) && !has_brace(second, line.end);
+}
+
+} // namespace
+
+/// Checks a line with a closing brace, which closes the block for the reader unless it is the first
+/// line and has a key.
+void BlockCheck::check_closing(size_t index, const Line &line) {
+    const bool has_row = index != rows_.size();
+    if (*line.at == '}') {
+        check_behind_brace(check_, line.at, line);
+    } else if (has_row && !rows_[index].opens_block() && has_braces_in_quotes_only(line)) {
+        check_row(index, line);
+        return;
+    } else if (is_balanced(line)) {
+        if (has_row && rows_[index].opens_block()) {
+            check_row(index, line);
+            return;
+        }
+        report_one_line_block(check_, line);
+        cursor_.step_over_line();
+        return;
+    } else {
+        const std::string_view before = trimmed(line.at, find_character('}', line.at, line.end));
+        findings_.report(KVT_FINDING_BESIDE_BRACE, check_.mark(before),
+                         first_ && has_row
+                             ? "the reader takes this line for its key alone, and "
+                               "does not see that the brace behind it closes the block"
+                             : "the reader closes the block at this line, and does "
+                               "not read what stands before the brace");
+    }
+    cursor_.step_over_line();
+    end_ = BlockEnd::closed;
+}
+
+void BlockCheck::check_line() {
+    if (take_plain_line()) {
+        return;
+    }
+    const Line line = check_.look_at_line();
+    const size_t index = find_row(line.at);
+    if (line.closes) {
+        check_closing(index, line);
+    } else if (index != rows_.size()) {
+        check_row(index, line);
+    } else {
+        check_unknown(line);
+    }
+}
+
+BlockEnd BlockCheck::check_lines() {
+    findings_.frame = &frame_;
+    for (; end_ == BlockEnd::none; first_ = false) {
+        cursor_.skip_blanks();
+        if (cursor_.begins_with("}\n")) {
+            cursor_.step_to_line(cursor_.at() + 2);
+            end_ = BlockEnd::closed;
+        } else if (cursor_.at_end()) {
+            findings_.report(KVT_FINDING_NOT_CLOSED, check_.mark(cursor_.at(), cursor_.at()),
+                             "the text ends here, but the block ", Quoted{frame_.name},
+                             " is not closed");
+            end_ = BlockEnd::text_end;
+        } else if (findings_.stopped()) {
+            end_ = BlockEnd::text_end;
+        } else {
+            check_line();
+        }
+    }
+    if (end_ == BlockEnd::closed) {
+        lines_.report_counts(check_);
+    }
+    findings_.frame = frame_.around;
+    return end_;
+}
+
+} // namespace kvt_checking

@@ -1,0 +1,87 @@
+// Checks the lines of a record's block, and of the blocks in it: the loop of the reader
+// (BlockReader::read_lines in record/read.cpp) over the same tables.
+#pragma once
+
+#include <string_view>
+
+#include "block_lines.h"
+#include "check_state.h"
+#include "check_value.h"
+#include "record/row.h"
+
+namespace kvt_checking {
+
+/// How far a block has been checked.
+enum class BlockEnd {
+    none,         ///< it goes on
+    closed,       ///< at a line with its brace
+    text_end,     ///< with the text; that is reported
+    next_message, ///< at a line that opens a message, where the cursor stands; that is reported
+};
+
+/// Checks the block of one record from the line behind its opening line to its closing line.
+///
+/// The steps are given the cursor at the first line of what they check, and leave it at the line
+/// behind, or at the blanks before that.
+class BlockCheck {
+public:
+    BlockCheck(Check &check, const kvt_str::Record &table, const Frame &frame)
+        : check_(check), findings_(check.findings), cursor_(check.cursor), lines_(table),
+          rows_(lines_.rows()), frame_(frame) {}
+
+    BlockEnd check_lines();
+
+private:
+    // check_block.cpp: the loop, and lines of which none is like another.
+    void check_line();
+    bool take_plain_line();
+    size_t find_exact_row(const char *at);
+    size_t find_row(const char *at) const;
+    void check_row(size_t index, const Line &line);
+    void check_single(size_t index, const Line &line);
+    void check_unknown(const Line &line);
+    void check_closing(size_t index, const Line &line);
+    void skip_block();
+    std::string_view nearest_key(std::string_view word) const;
+
+    /// What the reader takes from a line of a row whose values are lines.
+    struct Value {
+        bool is_read;
+        uint64_t value; ///< the number, or the length of the text
+    };
+
+    // check_lines_of_row.cpp: rows that take several lines.
+    void check_array(size_t index);
+    void check_blocks(size_t index);
+    bool check_opening(const kvt_str::Row &row, const Line &line);
+    void enter(const kvt_str::Row &row, bool is_element, size_t element);
+    bool goes_on(size_t index);
+
+    Value check_value(const kvt_str::Row &row, const Line &line);
+    Value check_behind_colon(const kvt_str::Row &row, const Line &line);
+    bool check_key(const kvt_str::Row &row, const Line &line);
+    const char *plain_value(const kvt_str::Row &row, uint64_t &value) const;
+
+    bool is_at_key(const kvt_str::Row &row) const { return cursor_.begins_with(key_of(row)); }
+
+    Check &check_;
+    Findings &findings_;
+    Cursor &cursor_;
+    BlockLines lines_;
+    std::span<const kvt_str::Row> rows_;
+    const Frame &frame_;
+    size_t expected_ = 0; ///< the row that the next line has when lines are in the writer's order
+    bool first_ = true;   ///< no line of the block has been checked yet
+    BlockEnd end_ = BlockEnd::none;
+};
+
+/// True for a line whose braces close all that they open, such as "x { }".
+bool is_balanced(const Line &line);
+
+/// Reports such a line.
+void report_one_line_block(Check &check, const Line &line);
+
+/// Reports what stands behind the brace that a line begins with.
+void check_behind_brace(Check &check, const char *brace, const Line &line);
+
+} // namespace kvt_checking

@@ -1,0 +1,294 @@
+// Rows that take several lines: arrays, joined texts and blocks. Within a run of lines the reader
+// tests only for the row's key: braces and longer keys mean nothing to it.
+#include "check_block.h"
+#include "joined_room.h"
+#include "record/read_arrays.h"
+
+namespace kvt_checking {
+
+using namespace kvt_str;
+
+// --- One line ------------------------------------------------------------------------------------
+
+/// Checks that a key is followed by a colon at once. False where the reader finds no value, and the
+/// line, with the block that it opens, has been skipped.
+bool BlockCheck::check_key(const Row &row, const Line &line) {
+    const std::string_view word = first_word(line.at, line.end);
+    const char *behind = line.at + row.key_length;
+    if (has_character(behind, line, ':')) {
+        return true;
+    }
+    const char *next = skip_blanks_in_line(line.at + word.size(), line);
+    const bool is_block = has_character(next, line, '{');
+    if (word.size() > row.key_length) {
+        findings_.suggest(KVT_FINDING_LONGER_KEY, check_.mark(word), nearest_key(word),
+                          "the reader takes ", Quoted{word}, " for ", Quoted{key_of(row)},
+                          ", and finds no value: ", consequence(row));
+    } else if (is_block) {
+        findings_.report(KVT_FINDING_BLOCK_FOR_VALUE, check_.mark(line), Quoted{word},
+                         " is no block: the reader skips this line, and takes what follows for "
+                         "lines of ",
+                         Quoted{frame_.name});
+    } else {
+        findings_.report(KVT_FINDING_NO_COLON, check_.mark(word),
+                         has_character(next, line, ':') ? "a blank stands between "
+                                                        : "no colon follows ",
+                         Quoted{word}, has_character(next, line, ':') ? " and its colon" : "",
+                         ": the reader finds no value: ", consequence(row));
+    }
+    if (is_block && !line.closes) {
+        skip_block();
+    } else {
+        cursor_.step_over_line();
+    }
+    return false;
+}
+
+BlockCheck::Value BlockCheck::check_behind_colon(const Row &row, const Line &line) {
+    switch (row.kind) {
+    case RowKind::real:
+        return {check_real(check_, row, line), 0};
+    case RowKind::text:
+    case RowKind::joined_text: {
+        const size_t room = row.capacity - size_t{1};
+        const size_t longest = row.kind == RowKind::joined_text ? longest_joined_value
+                               : room < longest_text_value      ? room
+                                                                : longest_text_value;
+        const size_t length = check_text(check_, row, line, longest).size();
+        return {length != 0, length};
+    }
+    default: {
+        const std::optional<uint64_t> number = check_number(check_, row, line);
+        return {number.has_value(), number.value_or(0)};
+    }
+    }
+}
+
+BlockCheck::Value BlockCheck::check_value(const Row &row, const Line &line) {
+    if (!check_key(row, line)) {
+        return {false, 0};
+    }
+    const Value value = check_behind_colon(row, line);
+    cursor_.step_over_line();
+    return value;
+}
+
+/// True when a run of a row goes on at the next line. A line of another row, whose key begins with
+/// that of this one, is reported, and left to be checked as what it is.
+bool BlockCheck::goes_on(size_t index) {
+    cursor_.skip_blanks();
+    const Row &row = rows_[index];
+    if (end_ != BlockEnd::none || findings_.stopped() || !cursor_.begins_with(key_of(row))) {
+        return false;
+    }
+    const char *at = cursor_.at();
+    const std::string_view word = first_word(at, cursor_.end());
+    if (word.size() == row.key_length) {
+        return true;
+    }
+    for (const Row &other : rows_) {
+        if (key_of(other) == word) {
+            findings_.report(
+                KVT_FINDING_KEY_IN_ARRAY, check_.mark(word), "directly behind ",
+                Quoted{key_of(row)}, ", the reader takes ", Quoted{word}, " for one more of them",
+                row.opens_block() ? ", up to the next closing brace" : ", and finds no value");
+            return false;
+        }
+    }
+    return true;
+}
+
+// --- Arrays and joined texts ---------------------------------------------------------------------
+
+namespace {
+
+/// What can go wrong with a line because of those above it.
+class Run {
+public:
+    Run(Check &check, const Row &row) : check_(check), row_(row) {}
+
+    /// Takes an element, or the place of one that is not read.
+    void add(const Mark &mark, bool is_read, uint64_t value) {
+        if (row_.kind == RowKind::bytes) {
+            add_byte(mark, value);
+        } else if (row_.kind == RowKind::joined_text) {
+            if (is_read) {
+                add_text(mark, static_cast<size_t>(value));
+            }
+        } else {
+            size_ += is_read;
+        }
+    }
+
+    /// The elements that were read, or the size of the text with its NUL.
+    uint64_t size() const { return row_.kind == RowKind::joined_text ? room_.size() : size_; }
+
+private:
+    void add_byte(const Mark &mark, uint64_t value) {
+        if (size_ == row_.capacity) {
+            check_.findings.report(
+                KVT_FINDING_TOO_MANY, mark, Quoted{key_of(row_)}, " has ", uint64_t{row_.capacity},
+                row_.capacity == 1 ? " place" : " places", ": the reader skips further lines");
+        } else if (has_ended_ && !told_) {
+            told_ = true;
+            check_.findings.report(KVT_FINDING_BEHIND_END, mark, uint64_t{row_.terminator},
+                                   " ends ", Quoted{key_of(row_)},
+                                   ": what stands behind it is not written any more");
+        }
+        has_ended_ |= value == row_.terminator;
+        ++size_;
+    }
+
+    void add_text(const Mark &mark, size_t length) {
+        room_.add(length);
+        if (told_) {
+            return;
+        }
+        told_ = room_.is_cut() || room_.size() > longest_joined_value + 1;
+        if (room_.is_cut()) {
+            check_.findings.report(KVT_FINDING_LONG_TEXT, mark, "the lines of ",
+                                   Quoted{key_of(row_)},
+                                   " have less room together than they take: the reader cuts this "
+                                   "one");
+        } else if (told_) {
+            check_.findings.report(KVT_FINDING_LONG_TEXT, mark, "joined, ", Quoted{key_of(row_)},
+                                   " has more than ", uint64_t{longest_joined_value},
+                                   " bytes: it is written on one line, and cut when that is read");
+        }
+    }
+
+    Check &check_;
+    const Row &row_;
+    uint64_t size_ = 0;
+    JoinedRoom room_;
+    bool has_ended_ = false;
+    bool told_ = false;
+};
+
+} // namespace
+
+void BlockCheck::check_array(size_t index) {
+    const Row &row = rows_[index];
+    const Place place = cursor_.here();
+    if (lines_.has(index)) {
+        findings_.report(
+            row.kind == RowKind::joined_text ? KVT_FINDING_REPEATED_KEY
+                                             : KVT_FINDING_REPEATED_ARRAY,
+            check_.mark(check_.look_at_line()).again(lines_.place(index)), Quoted{key_of(row)},
+            row.kind == RowKind::bytes ? " begins once more: its lines replace the first ones above"
+                                       : " begins once more: what stood above is replaced");
+    }
+    Run run(check_, row);
+    do {
+        uint64_t value = 0;
+        if (const char *end = plain_value(row, value); end != nullptr) {
+            const char *at = cursor_.at();
+            run.add(check_.mark(at, end), true, value);
+            cursor_.step_to_line(end + 1);
+        } else {
+            const Line line = check_.look_at_line();
+            const Mark mark = check_.mark(line);
+            const Value read = check_value(row, line);
+            run.add(mark, read.is_read, read.value);
+            if (!read.is_read) {
+                lines_.doubt(index);
+            }
+        }
+    } while (goes_on(index));
+    lines_.remember(index, place, run.size());
+}
+
+// --- Blocks --------------------------------------------------------------------------------------
+
+/// Checks the opening line of a block, and steps to the first line in it. False where the line
+/// opens none, and has been skipped.
+bool BlockCheck::check_opening(const Row &row, const Line &line) {
+    const std::string_view word = first_word(line.at, line.end);
+    const bool is_longer = word.size() > row.key_length;
+    if (is_longer) {
+        findings_.suggest(KVT_FINDING_LONGER_KEY, check_.mark(word), nearest_key(word),
+                          "the reader takes ", Quoted{word}, " for ", Quoted{key_of(row)});
+    }
+    if (is_balanced(line)) {
+        report_one_line_block(check_, line);
+        cursor_.step_over_line();
+        return false;
+    }
+    const char *behind = skip_blanks_in_line(line.at + word.size(), line);
+    if (has_character(behind, line, '{')) {
+        check_behind_brace(check_, behind, line);
+        cursor_.step_over_line();
+        return true;
+    }
+    if (has_character(behind, line, ':')) {
+        if (!is_longer) {
+            findings_.report(KVT_FINDING_NO_BRACE, check_.mark(line), Quoted{word},
+                             " is a block: the reader takes the lines below for its own, up to the "
+                             "next closing brace");
+        }
+        cursor_.step_over_line();
+        return false;
+    }
+    if (!is_longer) {
+        findings_.report(KVT_FINDING_NO_BRACE, check_.mark(line), "no brace follows ", Quoted{word},
+                         " on its line: the reader opens the block all the same, and takes a brace "
+                         "below for another one");
+    }
+    cursor_.step_over_line();
+    cursor_.skip_blanks();
+    if (!line.opens && cursor_.begins_with("{")) {
+        cursor_.step_over_line();
+    }
+    return true;
+}
+
+void BlockCheck::enter(const Row &row, bool is_element, size_t element) {
+    const Frame frame{&frame_, key_of(row), is_element, element};
+    const BlockEnd end = BlockCheck(check_, *row.element, frame).check_lines();
+    if (end != BlockEnd::closed) {
+        end_ = end;
+    }
+}
+
+void BlockCheck::check_blocks(size_t index) {
+    const Row &row = rows_[index];
+    const bool is_run = row.kind != RowKind::block;
+    const Place place = cursor_.here();
+    const std::string_view opening{row.label.text, row.label.length};
+    const Mark first = check_.mark(place.at, place.at + row.key_length);
+    if (lines_.has(index)) {
+        findings_.report(is_run ? KVT_FINDING_REPEATED_ARRAY : KVT_FINDING_REPEATED_BLOCK,
+                         first.again(lines_.place(index)), Quoted{key_of(row)},
+                         is_run ? " begins once more: its blocks replace those above"
+                         : row.element->reading == Reading::plain
+                             ? " stands here once more: it replaces the one above"
+                             : " stands here once more: it adds to the one above");
+    }
+    size_t elements = 0;
+    bool told = false;
+    do {
+        if (row.kind == RowKind::slots && elements == row.capacity) {
+            if (!told) {
+                told = true;
+                findings_.report(KVT_FINDING_TOO_MANY, check_.mark(check_.look_at_line()),
+                                 Quoted{key_of(row)}, " has ", uint64_t{row.capacity},
+                                 " places: the reader skips further blocks");
+            }
+            skip_block();
+            continue;
+        }
+        bool opened = true;
+        if (cursor_.begins_with(opening)) {
+            cursor_.step_to_line(cursor_.at() + opening.size());
+        } else {
+            opened = check_opening(row, check_.look_at_line());
+        }
+        if (opened) {
+            enter(row, is_run, elements);
+        }
+        ++elements;
+    } while (is_run && goes_on(index));
+    lines_.remember(index, place, elements);
+}
+
+} // namespace kvt_checking

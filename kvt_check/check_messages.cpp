@@ -1,0 +1,295 @@
+// Checks messages behind each other: what stands between them, their envelopes, type lines and the
+// opening lines of their blocks. The steps are those of MessageSequence::read and read_message.
+#include "check_block.h"
+#include "check_state.h"
+#include "message_table.h"
+#include "nearest.h"
+#include "read_message.h"
+
+namespace kvt_checking {
+
+using namespace kvt_str;
+
+namespace {
+
+class MessagesCheck {
+public:
+    explicit MessagesCheck(Check &check)
+        : check_(check), findings_(check.findings), cursor_(check.cursor) {}
+
+    void check_all();
+
+private:
+    void check_start();
+    void check_between();
+    void seek_message();
+
+    bool is_blank_line(const Line &line) const { return trimmed(line.at, line.end).empty(); }
+
+    void check_message();
+    void check_envelope();
+    const MessageKind *check_type_line();
+    const MessageKind *check_kind(const Line &line, std::string_view name);
+    bool check_record_line(const MessageKind &kind);
+    void check_record_name(const MessageKind &kind, const Line &line, std::string_view word);
+    bool check_no_brace(const MessageKind &kind, const Line &line, std::string_view word);
+    void check_end(const MessageKind &kind);
+    void report_text_end();
+
+    bool is_at_message() const { return opens_message(cursor_.at(), cursor_.end()); }
+
+    Check &check_;
+    Findings &findings_;
+    Cursor &cursor_;
+    bool told_of_blank_lines_ = false;
+};
+
+/// Steps to the next line that opens a message, or to the end.
+void MessagesCheck::seek_message() {
+    for (cursor_.skip_blanks(); !cursor_.at_end() && !is_at_message(); cursor_.skip_blanks()) {
+        cursor_.step_over_line();
+    }
+}
+
+void MessagesCheck::report_text_end() {
+    findings_.report(KVT_FINDING_NOT_CLOSED, check_.mark(cursor_.at(), cursor_.at()),
+                     "the text ends here, but its last message is not closed");
+}
+
+// --- One message ---------------------------------------------------------------------------------
+
+void MessagesCheck::check_envelope() {
+    const Line line = check_.look_at_line();
+    const char *brace = skip_blanks_in_line(line.at + 3, line);
+    if (!has_character(brace, line, '{')) {
+        findings_.report(KVT_FINDING_ENVELOPE, check_.mark(line),
+                         "a message begins with the line 'msg {': the reader looks at the first "
+                         "three letters only, and skips the rest of this line");
+    } else {
+        check_behind_brace(check_, brace, line);
+    }
+    cursor_.step_over_line();
+    cursor_.skip_blanks();
+}
+
+/// The kind that the name on a type line stands for, or null.
+const MessageKind *MessagesCheck::check_kind(const Line &line, std::string_view name) {
+    char copy[type_name_capacity] = {};
+    std::memcpy(copy, name.data(), name.size() < sizeof copy ? name.size() : sizeof copy - 1);
+    const MessageKind *kind = find_kind(copy);
+    if (kind == nullptr) {
+        Nearest nearest(name);
+        for (const MessageKind &known : message_kinds()) {
+            if (known.record != nullptr) {
+                nearest.consider(known.name);
+            }
+        }
+        findings_.suggest(KVT_FINDING_UNKNOWN_KIND, check_.mark(name), nearest.word(),
+                          "there is no kind ", Quoted{name}, ": the reader refuses the text");
+        return nullptr;
+    }
+    if (kind->record == nullptr) {
+        findings_.report(KVT_FINDING_NO_RECORD, check_.mark(name), "messages of the kind ",
+                         Quoted{kind->name}, " carry no record: the reader refuses the text");
+        return nullptr;
+    }
+    const char *behind = name.data() + std::string_view(kind->name).size();
+    const std::string_view rest = trimmed(behind, line.end);
+    if (!rest.empty()) {
+        findings_.report(KVT_FINDING_LONGER_KIND, check_.mark(rest), "the reader takes this for ",
+                         Quoted{kind->name}, " and skips what stands behind it, ", Quoted{rest});
+    }
+    return kind;
+}
+
+/// Checks the type line, and steps to the line behind it. Null where the reader knows no kind from
+/// it.
+const MessageKind *MessagesCheck::check_type_line() {
+    static constexpr std::string_view key = "type:";
+    const Line line = check_.look_at_line();
+    if (!cursor_.begins_with(key)) {
+        findings_.report(KVT_FINDING_NO_TYPE, check_.mark(line),
+                         "the line behind 'msg {' must say the kind, such as 'type: END_JOB': the "
+                         "reader refuses the text");
+        return nullptr;
+    }
+    const char *name = skip_spaces(line.at + key.size(), line.end);
+    const char *behind = name;
+    while (behind != line.end && !is_space(*behind)) {
+        ++behind;
+    }
+    if (name == behind) {
+        findings_.report(KVT_FINDING_NO_TYPE, check_.mark(line),
+                         "no kind stands behind 'type:' on its line");
+        return nullptr;
+    }
+    const MessageKind *kind = check_kind(line, {name, static_cast<size_t>(behind - name)});
+    cursor_.step_over_line();
+    cursor_.skip_blanks();
+    return kind;
+}
+
+/// Checks a line where the record's block should be opened but is not. False where there is no
+/// block at all.
+bool MessagesCheck::check_no_brace(const MessageKind &kind, const Line &line,
+                                   std::string_view word) {
+    if (word == kind.block) {
+        findings_.report(KVT_FINDING_NO_BRACE, check_.mark(line), "no brace follows ", Quoted{word},
+                         " on its line: the reader takes a brace below for another "
+                         "block");
+        cursor_.step_over_line();
+        cursor_.skip_blanks();
+        if (cursor_.begins_with("{")) {
+            cursor_.step_over_line();
+        }
+        return true;
+    }
+    const bool is_message = is_at_message();
+    findings_.report(KVT_FINDING_NO_BLOCK, check_.mark(line), "the block ", Quoted{kind.block},
+                     " should be opened here: the reader takes this line for that, and skips it");
+    if (is_message) {
+        return false;
+    }
+    const bool closes = has_character(line.at, line, '}');
+    cursor_.step_over_line();
+    return !closes;
+}
+
+/// Checks the line that opens the record's block, and steps to the line behind it. False where the
+/// message has no block to be checked.
+bool MessagesCheck::check_record_line(const MessageKind &kind) {
+    if (cursor_.at_end()) {
+        report_text_end();
+        return false;
+    }
+    const Line line = check_.look_at_line();
+    const std::string_view word = first_word(line.at, line.end);
+    if (is_balanced(line)) {
+        report_one_line_block(check_, line);
+        cursor_.step_over_line();
+        check_end(kind);
+        return false;
+    }
+    const char *brace = skip_blanks_in_line(line.at + word.size(), line);
+    if (word.empty() || is_at_message() || !has_character(brace, line, '{')) {
+        return check_no_brace(kind, line, word);
+    }
+    if (word != kind.block) {
+        Nearest nearest(word);
+        nearest.consider(kind.block);
+        findings_.suggest(KVT_FINDING_BLOCK_NAME, check_.mark(word), nearest.word(),
+                          "the block of ", Quoted{kind.name}, " is ", Quoted{kind.block},
+                          ": the reader does not look at its name");
+    }
+    check_behind_brace(check_, brace, line);
+    cursor_.step_over_line();
+    return true;
+}
+
+/// Checks the line that closes the envelope. The reader looks only for the next one.
+void MessagesCheck::check_end(const MessageKind &kind) {
+    cursor_.skip_blanks();
+    if (cursor_.at_end()) {
+        report_text_end();
+        return;
+    }
+    const Line line = check_.look_at_line();
+    if (is_at_message()) {
+        findings_.report(KVT_FINDING_NOT_CLOSED, check_.mark(line),
+                         "a message begins here, but the one above is not closed: the reader takes "
+                         "this line for its closing brace");
+        return;
+    }
+    if (has_character(line.at, line, '}')) {
+        check_behind_brace(check_, line.at, line);
+        cursor_.step_over_line();
+        return;
+    }
+    findings_.report(KVT_FINDING_OUTSIDE, check_.mark(line), "behind the block ",
+                     Quoted{kind.block},
+                     " only the closing brace of its message belongs: the "
+                     "reader takes this line for that, and stops");
+    seek_message();
+}
+
+void MessagesCheck::check_message() {
+    ++findings_.message;
+    check_envelope();
+    if (cursor_.at_end()) {
+        report_text_end();
+        return;
+    }
+    const MessageKind *kind = check_type_line();
+    if (kind == nullptr) {
+        seek_message();
+        return;
+    }
+    if (!check_record_line(*kind)) {
+        return;
+    }
+    const Frame frame{nullptr, kind->block, false, 0};
+    if (BlockCheck(check_, *kind->record, frame).check_lines() == BlockEnd::closed) {
+        check_end(*kind);
+    }
+}
+
+// --- All of them ---------------------------------------------------------------------------------
+
+/// The reader refuses a text that begins with anything but a message.
+void MessagesCheck::check_start() {
+    const char *begin = cursor_.at();
+    if (cursor_.begins_with("msg")) {
+        return;
+    }
+    const Line first = cursor_.look_at_line();
+    const Mark mark = check_.mark(first);
+    seek_message();
+    if (cursor_.at_end()) {
+        findings_.report(KVT_FINDING_NO_MESSAGE, mark, "no line 'msg {' begins a message here");
+        return;
+    }
+    const bool is_blank = trimmed(begin, cursor_.at()).empty();
+    findings_.report(KVT_FINDING_OUTSIDE, mark,
+                     is_blank ? "blanks stand before the first message: a text must begin with "
+                                "'msg', or the reader refuses it"
+                              : "a text must begin with 'msg', or the reader refuses it");
+}
+
+/// Steps from behind a message to the next one, or to the end.
+void MessagesCheck::check_between() {
+    for (cursor_.skip_blanks(); !cursor_.at_end(); cursor_.skip_blanks()) {
+        if (cursor_.begins_with("msg")) {
+            return;
+        }
+        const Line line = check_.look_at_line();
+        if (!is_blank_line(line)) {
+            findings_.report(KVT_FINDING_OUTSIDE, check_.mark(line),
+                             Quoted{trimmed(line.at, line.end)},
+                             " stands outside of the messages: the reader stops here, and reads "
+                             "nothing below");
+            seek_message();
+            return;
+        }
+        if (!told_of_blank_lines_) {
+            told_of_blank_lines_ = true;
+            findings_.report(KVT_FINDING_OUTSIDE, check_.mark(line.at, line.end),
+                             "a line of a carriage return stands between two messages: it is not "
+                             "empty for the reader, which stops here, and reads nothing below");
+        }
+        cursor_.step_over_line();
+    }
+}
+
+void MessagesCheck::check_all() {
+    for (check_start(); !cursor_.at_end() && !findings_.stopped(); check_between()) {
+        check_message();
+    }
+}
+
+} // namespace
+
+void check_messages(Check &check) {
+    MessagesCheck(check).check_all();
+}
+
+} // namespace kvt_checking

@@ -1,0 +1,69 @@
+// Checks one line of a row whose value stands on that line: a number, a float or a quoted text.
+//
+// What the reader does with such a line, in record/read.cpp and record/read_arrays.cpp, decides
+// what is reported: blanks before a value are skipped, and newlines, too; what stands behind a
+// value is ignored; a number is cut to the width of its field.
+#pragma once
+
+#include <optional>
+#include <string_view>
+
+#include "check_state.h"
+#include "record/row.h"
+
+namespace kvt_checking {
+
+/// The name of a row.
+inline std::string_view key_of(const kvt_str::Row &row) {
+    return {row.label.text, row.key_length};
+}
+
+/// Bits of the numbers of a row.
+unsigned bits_of(const kvt_str::Row &row);
+
+/// What the reader makes of a field or element whose line it cannot use: the end of a sentence.
+std::string_view consequence(const kvt_str::Row &row);
+
+/// What the numbers of a field can be: up to 2^bits - 1, or from -2^(bits-1) to 2^(bits-1) - 1.
+inline uint64_t greatest_of(const kvt_str::Row &row) {
+    const unsigned bits = bits_of(row) - (row.kind == kvt_str::RowKind::signed32 ? 1 : 0);
+    return UINT64_MAX >> (64 - bits);
+}
+
+// Each of these takes a line that begins with the row's key and a colon. Nothing is returned, or an
+// empty text, where the reader takes no value from the line.
+
+std::optional<uint64_t> check_number(Check &check, const kvt_str::Row &row, const Line &line);
+
+bool check_real(Check &check, const kvt_str::Row &row, const Line &line);
+
+/// The value that the reader takes, of up to `longest` characters.
+std::string_view check_text(Check &check, const kvt_str::Row &row, const Line &line,
+                            size_t longest);
+
+// The same for the lines of writers, at a glance: they need none of the above, and have no
+// findings.
+
+/// The end of a line that holds digits from `at` on, of a number up to `greatest`; null for any
+/// other line.
+inline const char *end_of_plain_number(const char *at, const char *end, uint64_t greatest,
+                                       uint64_t &number) {
+    // 19 digits fit 64 bits.
+    const char *most = end - at > 19 ? at + 19 : end;
+    const char *first = at;
+    uint64_t value = 0;
+    for (; at != most && kvt_str::is_digit(*at); ++at) {
+        value = 10 * value + kvt_str::digit_value(*at);
+    }
+    number = value;
+    return at != first && at != end && *at == '\n' && value <= greatest ? at : nullptr;
+}
+
+/// The end of a line that holds a float of a few digits from `at` on; null for any other line.
+const char *end_of_plain_real(const char *at, const char *end);
+
+/// The end of a line that holds a quoted text from `at` on, of 1 to `longest` characters, without
+/// braces; null for any other line.
+const char *end_of_plain_text(const char *at, const char *end, size_t longest);
+
+} // namespace kvt_checking

@@ -1,0 +1,74 @@
+#include "finding_words.h"
+
+namespace kvt_checking {
+
+namespace {
+
+/// The bytes of a text that are shown, at most.
+constexpr size_t longest_quote = 60;
+
+bool continues_a_character(char byte) {
+    return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
+}
+
+/// The bytes of the character that a text begins with when it is one of UTF-8 beyond ASCII; else 0.
+/// Overlong forms count too: nothing but a terminal looks at them.
+size_t bytes_of_character(std::string_view text) {
+    const auto lead = static_cast<unsigned char>(text[0]);
+    const size_t bytes = lead >= 0xC2 && lead < 0xE0   ? 2
+                         : lead >= 0xE0 && lead < 0xF0 ? 3
+                         : lead >= 0xF0 && lead < 0xF5 ? 4
+                                                       : 0;
+    if (bytes > text.size()) {
+        return 0;
+    }
+    for (size_t i = 1; i < bytes; ++i) {
+        if (!continues_a_character(text[i])) {
+            return 0;
+        }
+    }
+    // The control characters beyond ASCII.
+    return lead == 0xC2 && static_cast<unsigned char>(text[1]) < 0xA0 ? 0 : bytes;
+}
+
+} // namespace
+
+void Words::add_escaped(unsigned char byte) {
+    static constexpr char hexadecimal[] = "0123456789abcdef";
+    const char escaped[] = {'\\', 'x', hexadecimal[byte >> 4], hexadecimal[byte & 15]};
+    add(byte == '\n'   ? std::string_view("\\n")
+        : byte == '\r' ? std::string_view("\\r")
+        : byte == '\t' ? std::string_view("\\t")
+                       : std::string_view(escaped, sizeof escaped));
+}
+
+void Words::add(Quoted quoted) {
+    std::string_view rest = first_of(quoted.text, longest_quote);
+    add(std::string_view("'"));
+    while (!rest.empty()) {
+        const auto byte = static_cast<unsigned char>(rest[0]);
+        size_t bytes = 1;
+        if (byte >= ' ' && byte < 0x7F) {
+            add(first_of(rest, 1));
+        } else if (const size_t more = bytes_of_character(rest); more != 0) {
+            add(first_of(rest, more));
+            bytes = more;
+        } else if (quoted.text.size() > longest_quote && byte >= 0xC2 && rest.size() < 4) {
+            break; // the cut goes through this character
+        } else {
+            add_escaped(byte);
+        }
+        rest.remove_prefix(bytes);
+    }
+    add(quoted.text.size() > longest_quote ? "...'" : "'");
+}
+
+void Words::add(Suggestion suggestion) {
+    if (!suggestion.word.empty()) {
+        add("; did you mean ");
+        add(Quoted{suggestion.word});
+        add("?");
+    }
+}
+
+} // namespace kvt_checking

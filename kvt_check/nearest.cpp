@@ -1,0 +1,68 @@
+#include "nearest.h"
+
+#include <algorithm>
+#include <cstdint>
+
+namespace kvt_checking {
+
+namespace {
+
+/// No key and no name of a kind is longer.
+constexpr size_t longest_word = 99;
+
+char lower(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+bool same(char a, char b) {
+    return lower(a) == lower(b) || (a == '-' && b == '_') || (a == '_' && b == '-');
+}
+
+/// How many changes lead from one word to the other, neither longer than longest_word.
+size_t count_changes(std::string_view a, std::string_view b) {
+    uint8_t rows[3][longest_word + 1];
+    uint8_t *before_last = rows[0];
+    uint8_t *last = rows[1];
+    uint8_t *current = rows[2];
+    for (size_t j = 0; j <= b.size(); ++j) {
+        last[j] = static_cast<uint8_t>(j);
+    }
+    for (size_t i = 1; i <= a.size(); ++i) {
+        current[0] = static_cast<uint8_t>(i);
+        for (size_t j = 1; j <= b.size(); ++j) {
+            const int change = same(a[i - 1], b[j - 1]) ? 0 : 1;
+            int fewest = std::min({last[j] + 1, current[j - 1] + 1, last[j - 1] + change});
+            if (i > 1 && j > 1 && same(a[i - 1], b[j - 2]) && same(a[i - 2], b[j - 1])) {
+                fewest = std::min(fewest, before_last[j - 2] + 1);
+            }
+            current[j] = static_cast<uint8_t>(fewest);
+        }
+        uint8_t *oldest = before_last;
+        before_last = last;
+        last = current;
+        current = oldest;
+    }
+    return last[b.size()];
+}
+
+} // namespace
+
+// A typo is a change or two, and some more in a long word.
+Nearest::Nearest(std::string_view unknown)
+    : unknown_(unknown), fewest_(2 + std::min(unknown.size() / 5, size_t{3})) {}
+
+void Nearest::consider(std::string_view known) {
+    const size_t longer = std::max(known.size(), unknown_.size());
+    const size_t shorter = std::min(known.size(), unknown_.size());
+    // A word that keeps none of its characters is another word.
+    if (longer > longest_word || longer - shorter >= fewest_ || shorter <= 1) {
+        return;
+    }
+    const size_t changes = count_changes(unknown_, known);
+    if (changes < fewest_ && changes < shorter) {
+        fewest_ = changes;
+        word_ = known;
+    }
+}
+
+} // namespace kvt_checking

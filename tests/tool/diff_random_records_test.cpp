@@ -1,0 +1,146 @@
+// What is told of random records: nothing of equal ones, and just the field that has changed.
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "diff_records.h"
+#include "record/member.h"
+#include "support/messages.h"
+#include "support/random_records.h"
+
+namespace kvt_tool {
+namespace {
+
+using namespace kvt_str;
+
+std::string paths_of(const std::vector<Difference> &differences) {
+    std::string paths;
+    for (const Difference &difference : differences) {
+        paths += difference.path + "\n";
+    }
+    return paths;
+}
+
+std::string text_of_message(int32_t kind, const void *record) {
+    std::string text(kvt_str_get_buf_size(kind, record), '\0');
+    kvt_msg_to_str(kind, record, text.data());
+    return text;
+}
+
+TEST(DiffOfRandomRecords, IsNoneBetweenARecordAndItselfReadAgain) {
+    kvt_test::Random random(1);
+    for (const MessageKind &kind : message_kinds()) {
+        for (int i = 0; kind.record != nullptr && i < 50; ++i) {
+            kvt_test::OwnedRecord record(*kind.record);
+            kvt_test::fill_randomly(*kind.record, record.get(), random);
+            const auto value = static_cast<int32_t>(kind.value);
+            // A byte array whose end is another value than 0 is read with zeros behind it.
+            const kvt_test::ReadMessage<char> read(value, text_of_message(value, record.get()));
+            const kvt_test::ReadMessage<char> again(value, text_of_message(value, &*read));
+            EXPECT_EQ(paths_of(diff_records(*kind.record, record.get(), record.get())), "");
+            EXPECT_EQ(paths_of(diff_records(*kind.record, &*read, &*again)), "") << kind.name;
+        }
+    }
+}
+
+/// A field that can be changed, with its path.
+struct Leaf {
+    std::string path;
+    std::function<void()> change;
+};
+
+void flip(char *member, unsigned width, uint64_t but) {
+    const uint64_t number = load_number(member, width);
+    store_number(member, width, (number ^ 1) != but ? number ^ 1 : number ^ 2);
+}
+
+void set_first(char *text) {
+    text[0] = text[0] == '#' ? '+' : '#';
+}
+
+/// All fields of a record but the counts and lengths, and the texts that hang from it and are
+/// empty.
+void collect(const Record &table, void *record, const std::string &prefix,
+             std::vector<Leaf> &leaves) {
+    for (const Row &row : table.rows) {
+        const std::string path = prefix + std::string(key_of(row));
+        char *member = member_of(row, record);
+        switch (shape_of(row)) {
+        case Shape::number:
+            if (counted_by(table, row) == nullptr) {
+                leaves.push_back({path, [=, &row] {
+                                      flip(member, row.size, UINT64_MAX);
+                                  }});
+            }
+            break;
+        case Shape::real:
+            leaves.push_back({path, [=] {
+                                  store(member, 42.25F);
+                              }});
+            break;
+        case Shape::text:
+            if (row.kind == RowKind::text) {
+                leaves.push_back({path, [=] {
+                                      set_first(member);
+                                  }});
+            } else if (load<char *>(member) != nullptr) {
+                leaves.push_back({path, [=] {
+                                      set_first(load<char *>(member));
+                                  }});
+            }
+            break;
+        case Shape::block:
+            collect(*row.element, member, path + ".", leaves);
+            break;
+        case Shape::numbers:
+        case Shape::records: {
+            const Elements elements = elements_of(row, record);
+            for (uint64_t i = 0; i < elements.count; ++i) {
+                char *element = const_cast<char *>(elements.at(i));
+                const std::string indexed = path + "[" + std::to_string(i) + "]";
+                if (row.element != nullptr) {
+                    collect(*row.element, element, indexed + ".", leaves);
+                } else {
+                    const uint64_t but =
+                        row.kind == RowKind::bytes ? row.terminator : uint64_t{UINT64_MAX};
+                    leaves.push_back({indexed, [=, &row] {
+                                          flip(element, bits_of(row) / 8, but);
+                                      }});
+                }
+            }
+            break;
+        }
+        }
+    }
+}
+
+TEST(DiffOfRandomRecords, IsTheOneFieldThatHasChanged) {
+    kvt_test::Random random(2);
+    for (const MessageKind &kind : message_kinds()) {
+        for (uint64_t i = 0; kind.record != nullptr && i < 200; ++i) {
+            kvt_test::OwnedRecord a(*kind.record);
+            kvt_test::OwnedRecord b(*kind.record);
+            kvt_test::Random same(i);
+            kvt_test::fill_randomly(*kind.record, a.get(), same);
+            same.seed(i);
+            kvt_test::fill_randomly(*kind.record, b.get(), same);
+            std::vector<Leaf> leaves;
+            collect(*kind.record, b.get(), "", leaves);
+            if (leaves.empty()) {
+                continue;
+            }
+            const Leaf &leaf = leaves[kvt_test::below(random, leaves.size())];
+            leaf.change();
+            const std::vector<Difference> found = diff_records(*kind.record, a.get(), b.get());
+            ASSERT_EQ(found.size(), 1U) << leaf.path << "\n" << paths_of(found);
+            EXPECT_EQ(found[0].path, leaf.path);
+            EXPECT_EQ(found[0].what, Difference::What::changed);
+            EXPECT_NE(found[0].before, found[0].after);
+        }
+    }
+}
+
+} // namespace
+} // namespace kvt_tool

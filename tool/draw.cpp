@@ -1,0 +1,121 @@
+#include "draw.h"
+
+#include <optional>
+
+#include "messages.h"
+#include "output.h"
+#include "pipeline.h"
+#include "unread.h"
+
+namespace kvt_tool {
+
+namespace {
+
+class DrawJob {
+public:
+    struct Drawing {
+        uint64_t message; ///< within these units, counted from 0
+        uint64_t line;
+        std::string dot;
+    };
+
+    struct Result {
+        uint64_t messages = 0;
+        std::vector<Drawing> drawings;
+        Unread unread;
+    };
+
+    explicit DrawJob(const DrawOptions &options) : options_(options) {}
+
+    void work(const Unit &unit, Result &result) const {
+        const bool read = read_messages(unit, [&](const ReadMessage &message) {
+            if (can_draw(message.kind)) {
+                const std::string title = unit.input + ", line " + std::to_string(message.line());
+                result.drawings.push_back(
+                    {result.messages, message.line(),
+                     to_dot(message.kind, message.record, title, options_.detail)});
+            }
+            ++result.messages;
+        });
+        result.unread.note(unit, read);
+    }
+
+    void begin(const std::string &) { unread_.begin(); }
+
+    void take(Result &&result) {
+        unread_.take(result.unread);
+        for (Drawing &drawing : result.drawings) {
+            const uint64_t number = messages_ + drawing.message + 1;
+            if (options_.message != 0 && options_.message != number) {
+                continue;
+            }
+            ++drawings_;
+            if (options_.format == "dot" || drawings_ == 1) {
+                dot_ += drawing.dot;
+            }
+        }
+        messages_ += result.messages;
+    }
+
+    ExitStatus end(const std::string &, bool) const { return unread_.status(); }
+
+    uint64_t messages() const { return messages_; }
+
+    uint64_t drawings() const { return drawings_; }
+
+    const std::string &dot() const { return dot_; }
+
+private:
+    const DrawOptions &options_;
+    UnreadOfInput unread_;
+    uint64_t messages_ = 0;
+    uint64_t drawings_ = 0;
+    std::string dot_; ///< of all drawings, or of the first where only one can be drawn
+};
+
+void write_drawing(const std::string &drawing, const std::string &output) {
+    if (output.empty()) {
+        print(drawing);
+        finish_printing();
+        return;
+    }
+    NewFile file(output, NewFile::Existing::may_replace);
+    file.write(drawing);
+    file.commit();
+}
+
+} // namespace
+
+ExitStatus draw_messages(const std::vector<std::string> &inputs, const DrawOptions &options) {
+    ExitStatus status;
+    DrawJob job(options);
+    {
+        Progress progress(inputs);
+        status = Pipeline(job, 1, progress).run(inputs);
+    }
+    if (job.drawings() == 0) {
+        say("kvt: none of " + std::to_string(job.messages()) + " messages " +
+            (options.message != 0 ? "has this number and can be drawn" : "can be drawn") +
+            ": that is JOB_DATA, TOPOLOGY_INFO_REPLY and RESOURCE_DATA\n");
+        return worse(status, found_problems);
+    }
+    if (options.format == "dot") {
+        write_drawing(job.dot(), options.output);
+        return status;
+    }
+    if (job.drawings() > 1) {
+        say("kvt: " + std::to_string(job.drawings()) +
+            " messages can be drawn: --message N chooses one\n");
+        return could_not_work;
+    }
+    std::string reason;
+    const std::optional<std::string> drawing = render(job.dot(), options.format, reason);
+    if (!drawing.has_value()) {
+        say("kvt: " + reason + "\n");
+        return could_not_work;
+    }
+    write_drawing(*drawing, options.output);
+    return status;
+}
+
+} // namespace kvt_tool

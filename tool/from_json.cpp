@@ -1,0 +1,368 @@
+#include "from_json.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <cstdlib>
+#include <cstring>
+#include <limits>
+#include <new>
+#include <set>
+#include <utility>
+#include <vector>
+
+namespace kvt_tool {
+
+using namespace kvt_str;
+
+namespace {
+
+/// Where in a message a value stands, such as "job_data.conns[3].tree_id".
+class Path {
+public:
+    explicit Path(std::string text) : text_(std::move(text)) {}
+
+    Path field(std::string_view key) const { return Path(text_ + "." + std::string(key)); }
+
+    Path element(size_t index) const { return Path(text_ + "[" + std::to_string(index) + "]"); }
+
+    [[noreturn]] void fail(const std::string &what) const {
+        throw JsonProblem{0, text_ + ": " + what};
+    }
+
+private:
+    std::string text_;
+};
+
+void fill_record(const Record &table, void *record, const Json &json, const Path &path);
+
+std::string excerpt(const Json &json) {
+    constexpr size_t longest = 40;
+    const std::string shown = json.dump();
+    return shown.size() > longest ? shown.substr(0, longest) + "..." : shown;
+}
+
+// --- Numbers -------------------------------------------------------------------------------------
+
+/// A number that is written in a string, in decimal or as 0x and hexadecimal digits.
+bool parse_number(std::string_view digits, uint64_t &value) {
+    const bool is_hexadecimal = digits.starts_with("0x") || digits.starts_with("0X");
+    const char *begin = digits.data() + (is_hexadecimal ? 2 : 0);
+    const char *end = digits.data() + digits.size();
+    const auto [behind, error] = std::from_chars(begin, end, value, is_hexadecimal ? 16 : 10);
+    return error == std::errc() && behind == end;
+}
+
+uint64_t signed_from_json(const Json &json, const Path &path) {
+    int64_t value = 0;
+    if (json.is_number_unsigned()) {
+        value = static_cast<int64_t>(std::min<uint64_t>(json.get<uint64_t>(), INT64_MAX));
+    } else if (json.is_number_integer()) {
+        value = json.get<int64_t>();
+    } else if (json.is_string()) {
+        const auto &digits = json.get_ref<const std::string &>();
+        const char *end = digits.data() + digits.size();
+        const auto [behind, error] = std::from_chars(digits.data(), end, value);
+        if (error != std::errc() || behind != end) {
+            path.fail(excerpt(json) + " is not a whole number");
+        }
+    } else {
+        path.fail(excerpt(json) + " is not a whole number");
+    }
+    if (value < INT32_MIN || value > INT32_MAX) {
+        path.fail(excerpt(json) + " does not fit into 32 bits with a sign");
+    }
+    return static_cast<uint64_t>(value);
+}
+
+uint64_t number_from_json(const Row &row, const Json &json, const Path &path) {
+    if (is_signed(row)) {
+        return signed_from_json(json, path);
+    }
+    uint64_t value = 0;
+    if (json.is_number_unsigned()) {
+        value = json.get<uint64_t>();
+    } else if (json.is_number_integer()) {
+        path.fail(excerpt(json) + " is negative");
+    } else if (!json.is_string() || !parse_number(json.get_ref<const std::string &>(), value)) {
+        path.fail(excerpt(json) + " is not a whole number of at most 64 bits");
+    }
+    const unsigned bits = bits_of(row);
+    if (bits < 64 && value >> bits != 0) {
+        path.fail(excerpt(json) + " does not fit into " + std::to_string(bits) + " bits");
+    }
+    return value;
+}
+
+float real_from_json(const Json &json, const Path &path) {
+    if (json.is_number()) {
+        const double value = json.get<double>();
+        if (std::fabs(value) <= std::numeric_limits<float>::max()) {
+            return static_cast<float>(value);
+        }
+        path.fail(excerpt(json) + " does not fit into 32 bits");
+    }
+    if (json == "NaN") {
+        return std::numeric_limits<float>::quiet_NaN();
+    }
+    if (json == "Infinity" || json == "-Infinity") {
+        const float infinity = std::numeric_limits<float>::infinity();
+        return json == "Infinity" ? infinity : -infinity;
+    }
+    path.fail(excerpt(json) + " is not a number");
+}
+
+// --- Texts ---------------------------------------------------------------------------------------
+
+std::string bytes_from_json(const Json &json, const Path &path) {
+    const auto &digits = json.get_ref<const std::string &>();
+    std::string bytes;
+    for (size_t i = 0; i < digits.size(); i += 2) {
+        unsigned value = 0;
+        const char *begin = digits.data() + i;
+        const char *end = begin + std::min<size_t>(2, digits.size() - i);
+        if (std::from_chars(begin, end, value, 16).ptr != begin + 2) {
+            path.fail(excerpt(json) + " are not pairs of hexadecimal digits");
+        }
+        bytes += static_cast<char>(value);
+    }
+    return bytes;
+}
+
+std::string text_from_json(const Json &json, const Path &path) {
+    std::string text;
+    if (json.is_string()) {
+        text = json.get<std::string>();
+    } else if (json.is_object() && json.size() == 1 && json.contains(bytes_key) &&
+               json[bytes_key].is_string()) {
+        text = bytes_from_json(json[bytes_key], path);
+    } else {
+        path.fail(excerpt(json) + " is not a text");
+    }
+    if (text.find('\0') != std::string::npos) {
+        path.fail("a text cannot hold a NUL");
+    }
+    return text;
+}
+
+void fill_text(const Row &row, void *record, const std::string &text, const Path &path) {
+    char *member = member_of(row, record);
+    if (row.kind == RowKind::text) {
+        if (text.size() >= row.capacity) {
+            path.fail("a text of " + std::to_string(text.size()) + " bytes where " +
+                      std::to_string(row.capacity - 1) + " fit");
+        }
+        std::memcpy(member, text.data(), text.size());
+    } else if (!text.empty()) {
+        char *copy = strdup(text.c_str());
+        if (copy == nullptr) {
+            throw std::bad_alloc();
+        }
+        store(member, copy);
+        store_count(row, record, text.size() + 1);
+    }
+}
+
+// --- Lists ---------------------------------------------------------------------------------------
+
+/// Room for the elements of a list. The count follows the elements, so that a record that is given
+/// up half-way can be released.
+char *make_room(const Row &row, void *record, size_t count, const Path &path) {
+    char *member = member_of(row, record);
+    if (row.kind == RowKind::bytes || row.kind == RowKind::slots) {
+        if (count > row.capacity) {
+            path.fail(std::to_string(count) + " elements where " + std::to_string(row.capacity) +
+                      " fit");
+        }
+        return member;
+    }
+    const size_t size = row.element != nullptr ? row.element->size : bits_of(row) / 8;
+    auto *elements = static_cast<char *>(std::calloc(count, size));
+    if (elements == nullptr) {
+        throw std::bad_alloc();
+    }
+    store(member, elements);
+    return elements;
+}
+
+void fill_numbers(const Row &row, void *record, const Json &list, const Path &path) {
+    const unsigned width = bits_of(row) / 8;
+    char *numbers = make_room(row, record, list.size(), path);
+    for (size_t i = 0; i < list.size(); ++i) {
+        const uint64_t value = number_from_json(row, list[i], path.element(i));
+        if (row.kind == RowKind::bytes && value == row.terminator) {
+            path.element(i).fail(std::to_string(value) + " ends such a list, and cannot be in it");
+        }
+        store_number(numbers + i * width, width, value);
+    }
+    if (row.kind != RowKind::bytes) {
+        store_count(row, record, list.size());
+    } else if (list.size() < row.capacity) {
+        numbers[list.size()] = static_cast<char>(row.terminator);
+    }
+}
+
+void fill_records(const Row &row, void *record, const Json &list, const Path &path) {
+    char *elements = make_room(row, record, list.size(), path);
+    for (size_t i = 0; i < list.size(); ++i) {
+        store_count(row, record, i + 1);
+        fill_record(*row.element, elements + i * row.element->size, list[i], path.element(i));
+    }
+}
+
+// --- Records -------------------------------------------------------------------------------------
+
+void fill_row(const Row &row, void *record, const Json &json, const Path &path) {
+    switch (shape_of(row)) {
+    case Shape::number:
+        store_number(member_of(row, record), row.size, number_from_json(row, json, path));
+        return;
+    case Shape::real:
+        store(member_of(row, record), real_from_json(json, path));
+        return;
+    case Shape::text:
+        fill_text(row, record, text_from_json(json, path), path);
+        return;
+    case Shape::block:
+        fill_record(*row.element, member_of(row, record), json, path);
+        return;
+    case Shape::numbers:
+    case Shape::records:
+        if (!json.is_array()) {
+            path.fail(excerpt(json) + " is not a list");
+        }
+        if (!json.empty() && row.element != nullptr) {
+            fill_records(row, record, json, path);
+        } else if (!json.empty()) {
+            fill_numbers(row, record, json, path);
+        }
+        return;
+    }
+}
+
+/// A count that stands in the JSON. Nobody may trust one that promises more elements than there
+/// are.
+void fill_count(const Row &row, const Row &counted, void *record, const Json &json,
+                const Path &path) {
+    const uint64_t count = number_from_json(row, json, path);
+    if (counted.counts_elements() && count != true_count(counted, record)) {
+        path.fail(std::to_string(count) + " elements are said, but there are " +
+                  std::to_string(true_count(counted, record)));
+    }
+    store_number(member_of(row, record), row.size, count);
+}
+
+void fill_record(const Record &table, void *record, const Json &json, const Path &path) {
+    if (!json.is_object()) {
+        path.fail(excerpt(json) + " is not an object");
+    }
+    // Without its terminator, a byte array of zeros would be full.
+    for (const Row &row : table.rows) {
+        if (row.kind == RowKind::bytes) {
+            *member_of(row, record) = static_cast<char>(row.terminator);
+        }
+    }
+    // Lists and texts set their counts, so what is said of these comes last.
+    std::vector<std::pair<const Row *, const Json *>> counts;
+    for (const auto &[key, value] : json.items()) {
+        const Row *row = find_row(table, key);
+        if (row == nullptr) {
+            path.fail("there is no field \"" + key + "\"");
+        }
+        if (value.is_null()) {
+            continue;
+        }
+        if (counted_by(table, *row) != nullptr) {
+            counts.emplace_back(row, &value);
+        } else {
+            fill_row(*row, record, value, path.field(key));
+        }
+    }
+    for (const auto &[row, value] : counts) {
+        fill_count(*row, *counted_by(table, *row), record, *value, path.field(key_of(*row)));
+    }
+}
+
+const MessageKind &kind_from_json(const Json &message) {
+    if (!message.is_object() || !message.contains("type") || !message["type"].is_string()) {
+        throw JsonProblem{0, "not an object with a \"type\": " + excerpt(message)};
+    }
+    const auto &name = message["type"].get_ref<const std::string &>();
+    for (const MessageKind &kind : message_kinds()) {
+        if (kind.record != nullptr && name == kind.name) {
+            return kind;
+        }
+    }
+    throw JsonProblem{0, excerpt(message["type"]) +
+                             " is not a kind of message; \"kvt describe\" lists them"};
+}
+
+} // namespace
+
+MadeRecord::MadeRecord(const MessageKind &kind)
+    : kind_(&kind), record_(std::calloc(1, kind.record->size)) {
+    if (record_ == nullptr) {
+        throw std::bad_alloc();
+    }
+}
+
+MadeRecord::MadeRecord(MadeRecord &&other) noexcept
+    : kind_(other.kind_), record_(std::exchange(other.record_, nullptr)) {}
+
+MadeRecord::~MadeRecord() {
+    if (record_ != nullptr) {
+        kvt_msg_release(static_cast<int32_t>(kind_->value), record_);
+    }
+}
+
+Json parse_json(std::string_view text) {
+    std::vector<std::set<std::string>> keys; // of the objects around
+    std::string repeated;
+    const auto watch = [&](int, Json::parse_event_t event, const Json &parsed) {
+        if (event == Json::parse_event_t::object_start) {
+            keys.emplace_back();
+        } else if (event == Json::parse_event_t::object_end) {
+            keys.pop_back();
+        } else if (event == Json::parse_event_t::key) {
+            const auto &key = parsed.get_ref<const std::string &>();
+            if (!keys.back().insert(key).second && repeated.empty()) {
+                repeated = key;
+            }
+        }
+        return true;
+    };
+    try {
+        Json json = Json::parse(text.begin(), text.end(), watch);
+        if (!repeated.empty()) {
+            throw JsonProblem{0, "an object has the key \"" + repeated + "\" twice"};
+        }
+        return json;
+    } catch (const Json::parse_error &error) {
+        // "[json.exception.parse_error.101] parse error at line 1, column 2: what is wrong"
+        const std::string_view what = error.what();
+        const size_t colon = what.find(": ");
+        const size_t line = static_cast<size_t>(std::count(
+            text.begin(),
+            text.begin() +
+                static_cast<ptrdiff_t>(std::min(error.byte == 0 ? 0 : error.byte - 1, text.size())),
+            '\n'));
+        throw JsonProblem{
+            line + 1, std::string(colon == std::string_view::npos ? what : what.substr(colon + 2))};
+    }
+}
+
+MadeRecord from_json(const Json &message) {
+    const MessageKind &kind = kind_from_json(message);
+    MadeRecord made(kind);
+    for (const auto &[key, value] : message.items()) {
+        if (key == kind.block) {
+            fill_record(*kind.record, made.get(), value, Path(key));
+        } else if (key != "type") {
+            throw JsonProblem{0, "there is no \"" + key + "\" in a message of the kind " +
+                                     kind.name + ", only \"" + kind.block + "\""};
+        }
+    }
+    return made;
+}
+
+} // namespace kvt_tool

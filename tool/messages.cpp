@@ -1,0 +1,35 @@
+#include "messages.h"
+
+namespace kvt_tool {
+
+using namespace kvt_str;
+
+namespace {
+
+constexpr MessageReader tool_reader = {"kvt", &MessageKind::no_memory};
+
+} // namespace
+
+const char *find_next_message(const char *at) {
+    do {
+        at = kvt_str::next_line(at);
+    } while (*at != '\0' && !begins_message(at));
+    return at;
+}
+
+const char *read_one(kvt_str::Input &input, const char *at, const MessageKind *&kind, void **record,
+                     bool &closed) {
+    const char *behind_record = read_message(input, at, tool_reader, kind, record);
+    if (behind_record == nullptr) {
+        return nullptr;
+    }
+    closed = *behind_record == '}';
+    if (closed) {
+        return kvt_str::next_line(behind_record);
+    }
+    return *behind_record == '\0' || begins_message(behind_record)
+               ? behind_record
+               : find_next_message(behind_record);
+}
+
+} // namespace kvt_tool
