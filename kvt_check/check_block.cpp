@@ -205,7 +205,11 @@ void BlockCheck::check_unknown(const Line &line) {
                           Quoted{frame_.name}, " knows no key ", Quoted{word},
                           ": the reader skips this line");
     } else if (!text.empty()) {
-        findings_.report(KVT_FINDING_STRAY_LINE, check_.mark(line), Quoted{text},
+        // A character that is no blank to the scanner, such as a carriage return, may be the
+        // reason.
+        const std::string_view whole(line.at,
+                                     static_cast<size_t>(text.data() + text.size() - line.at));
+        findings_.report(KVT_FINDING_STRAY_LINE, check_.mark(whole), Quoted{whole},
                          " begins with no key: the reader skips this line");
     }
     cursor_.step_over_line();

@@ -165,7 +165,7 @@ char lower(char c) {
 /// The characters of a float, taken apart.
 struct Extent {
     const char *end;                 ///< at the begin where there is no float
-    unsigned significant_digits = 0; ///< in decimal
+    unsigned significant_digits = 0; ///< in decimal; of a hexadecimal number 1 unless it is 0
 };
 
 const char *skip_sign(const char *at, const char *end) {
@@ -216,17 +216,19 @@ Extent take_hexadecimal(const char *begin, const char *end) {
     }
     bool any = false;
     bool point = false;
+    unsigned significant = 0; // at least
     for (at += 2; at != end; ++at) {
         const char c = lower(*at);
         if (is_digit(c) || (c >= 'a' && c <= 'f')) {
             any = true;
+            significant |= c != '0';
         } else if (c == '.' && !point) {
             point = true;
         } else {
             break;
         }
     }
-    return any ? Extent{skip_exponent(at, end, 'p')} : Extent{begin};
+    return any ? Extent{skip_exponent(at, end, 'p'), significant} : Extent{begin};
 }
 
 Extent take_word(const char *begin, const char *end) {
@@ -292,7 +294,8 @@ bool check_real(Check &check, const Row &row, const Line &line) {
         check.findings.report(KVT_FINDING_ROUNDED, check.mark(number), Quoted{number},
                               " has more digits than the ", uint64_t{kept_digits},
                               " that are written");
-    } else if (!survives(scanned) || (scanned == 0 && extent.significant_digits != 0)) {
+    } else if (!survives(scanned) ||
+               (extent.significant_digits != 0 && (scanned == 0 || __builtin_isinf(scanned)))) {
         char written[real_capacity];
         format_real(scanned, written);
         check.findings.report(KVT_FINDING_ROUNDED, check.mark(number), Quoted{number},

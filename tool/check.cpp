@@ -74,6 +74,7 @@ ExitStatus list_findings() {
         name.resize(20, ' ');
         print(name + kvt_finding_meaning(kind) + "\n");
     }
+    finish_printing();
     return all_well;
 }
 

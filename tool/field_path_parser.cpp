@@ -149,7 +149,7 @@ std::string FieldPathParser::suggestion(const std::vector<Mismatch> &furthest) c
     }
     if (step.offset == 0) {
         for (const MessageKind &kind : kvt_str::message_kinds()) {
-            keys.push_back(kind.block != nullptr ? kind.block : "");
+            keys.emplace_back(kind.block != nullptr ? kind.block : "");
         }
     }
     const std::optional<std::string_view> key = nearest(step.key, keys);

@@ -34,17 +34,19 @@ std::string some_host(const Site &at) {
 
 std::string description(const Site &at) {
     const std::string tree = std::to_string(at.scene.job.tree_id(0));
-    switch (at.random(0, 4)) {
+    // Drawn one after the other: within one expression, compilers differ in the order.
+    const uint64_t topic = at.random(0, 4);
+    const std::string host = some_host(at);
+    const std::string port = std::to_string(at.random(1, 40));
+    switch (topic) {
     case 0:
-        return "tree " + tree + ": no answer from LID " + std::to_string(at.random(1, 64)) + " (" +
-               some_host(at) + "), port 1";
+        return "tree " + tree + ": no answer from " + host + ", port 1";
     case 1:
-        return "link down on port " + std::to_string(at.random(1, 40)) + " of leaf-" +
-               std::to_string(at.random(1, std::max<uint64_t>(at.scene.switches.leaves(), 1)));
+        return "link down on port " + port + " of leaf-1";
     case 2:
-        return "not enough OSTs: " + std::to_string(at.random(33, 99)) + " of 32 asked for";
+        return "not enough OSTs: " + port + " of 64 are left";
     case 3:
-        return some_host(at) + " left tree " + tree;
+        return host + " left tree " + tree;
     default:
         return "";
     }

@@ -102,7 +102,8 @@ DotAttributes edge_attributes(const GraphEdge &edge, const Scale &scale, bool le
     if (edge.count > 1) {
         const std::string times = std::to_string(edge.count) + "×";
         attributes.push_back({"tooltip", quoted(times)});
-        if (scale.has_counts()) {
+        // Graphviz 2.42 frees memory twice over the label of an edge within the first row.
+        if (scale.has_counts() && !level) {
             attributes.push_back({"label", quoted(times)});
         }
         attributes.push_back({"penwidth", edge.count < 10 ? "1.5" : "2"});

@@ -1,6 +1,7 @@
 #include "graph_levels.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace kvt_tool {
 
@@ -20,7 +21,11 @@ public:
 
 private:
     Component component_of(uint32_t start);
-    Component edge_of(const Component &component) const;
+    Component with_ports(const Component &component) const;
+    Component with_fewest_links(const Component &component, uint64_t slack) const;
+    std::pair<size_t, int> misfit(const Component &component) const;
+    void spread_from_fewest_links(const Component &component);
+    void spread_in(const Component &component);
     void spread(Component from);
     void turn_if_upside_down(const Component &component);
     void place_absent();
@@ -46,31 +51,81 @@ Component Levels::component_of(uint32_t start) {
     return component;
 }
 
-Component Levels::edge_of(const Component &component) const {
+/// The switches that list ports; none when that tells nothing, since all do or none does.
+Component Levels::with_ports(const Component &component) const {
     Component edge;
     for (const uint32_t index : component) {
         if (switches_[index].has_ports) {
             edge.push_back(index);
         }
     }
-    if (!edge.empty() && edge.size() < component.size()) {
-        return edge;
-    }
+    return edge.size() < component.size() ? edge : Component();
+}
+
+/// The switches with the fewest links, and those with up to `slack` more.
+Component Levels::with_fewest_links(const Component &component, uint64_t slack) const {
     uint64_t fewest = UINT64_MAX;
     for (const uint32_t index : component) {
         if (!switches_[index].is_absent) {
             fewest = std::min(fewest, switches_[index].links);
         }
     }
-    // Some links may be down, so that not all at the edge have the same number.
-    const uint64_t few = fewest + fewest / 8;
-    edge.clear();
+    slack += slack * fewest / 32;
+    Component edge;
     for (const uint32_t index : component) {
-        if (!switches_[index].is_absent && switches_[index].links <= few) {
+        if (!switches_[index].is_absent && switches_[index].links <= fewest + slack) {
             edge.push_back(index);
         }
     }
     return edge;
+}
+
+/// How badly levels fit: links within a level, then the number of levels.
+std::pair<size_t, int> Levels::misfit(const Component &component) const {
+    size_t within = 0;
+    int top = 0;
+    for (const uint32_t index : component) {
+        top = std::max(top, levels_[index]);
+        for (const uint32_t peer : switches_[index].peers) {
+            within += levels_[peer] == levels_[index] ? 1 : 0;
+        }
+    }
+    return {within, top};
+}
+
+/// Takes the levels that fit best. Where links are down, not all switches at the edge have the
+/// same number; but the more differ, the more likely they are not all at the edge.
+void Levels::spread_from_fewest_links(const Component &component) {
+    std::vector<int> best(component.size(), unknown);
+    std::pair<size_t, int> least_misfit = {SIZE_MAX, 0};
+    for (const uint64_t slack : {0U, 1U, 2U, 4U}) {
+        constexpr int usual_top = 2;
+        if (slack > 1 && least_misfit <= std::pair(size_t{0}, usual_top)) {
+            break;
+        }
+        spread(with_fewest_links(component, slack));
+        if (const auto now = misfit(component); now < least_misfit) {
+            least_misfit = now;
+            std::transform(component.begin(), component.end(), best.begin(),
+                           [this](uint32_t index) { return levels_[index]; });
+        }
+        for (const uint32_t index : component) {
+            levels_[index] = unknown;
+        }
+    }
+    for (size_t i = 0; i < component.size(); ++i) {
+        levels_[component[i]] = best[i];
+    }
+    turn_if_upside_down(component);
+}
+
+void Levels::spread_in(const Component &component) {
+    const Component edge = with_ports(component);
+    if (edge.empty()) {
+        spread_from_fewest_links(component);
+    } else {
+        spread(edge);
+    }
 }
 
 /// Gives all that can be reached from the edge its distance.
@@ -89,20 +144,23 @@ void Levels::spread(Component from) {
     }
 }
 
-/// A tree has more leaves than roots.
+/// A tree has more leaves than roots; where both are as many, the leaves have more links.
 void Levels::turn_if_upside_down(const Component &component) {
     int top = 0;
-    bool ports_tell = false;
     for (const uint32_t index : component) {
         top = std::max(top, levels_[index]);
-        ports_tell = ports_tell || switches_[index].has_ports != switches_[component[0]].has_ports;
     }
-    const auto count = [&](int level) {
-        return std::count_if(component.begin(), component.end(), [&](uint32_t index) {
-            return !switches_[index].is_absent && levels_[index] == level;
-        });
+    const auto weight_of = [&](int level) {
+        std::pair<size_t, uint64_t> weight; // switches and links
+        for (const uint32_t index : component) {
+            if (!switches_[index].is_absent && levels_[index] == level) {
+                ++weight.first;
+                weight.second += switches_[index].links;
+            }
+        }
+        return weight;
     };
-    if (!ports_tell && count(top) > count(0)) {
+    if (weight_of(top) > weight_of(0)) {
         for (const uint32_t index : component) {
             levels_[index] = top - levels_[index];
         }
@@ -138,9 +196,7 @@ bool Levels::is_hierarchy() const {
 std::optional<std::vector<int>> Levels::guess() {
     for (uint32_t index = 0; index < switches_.size(); ++index) {
         if (!seen_[index] && !switches_[index].is_absent) {
-            const Component component = component_of(index);
-            spread(edge_of(component));
-            turn_if_upside_down(component);
+            spread_in(component_of(index));
         }
     }
     place_absent();

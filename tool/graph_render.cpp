@@ -1,6 +1,9 @@
 #include <gvc.h>
 
+#include <algorithm>
+#include <cstdlib>
 #include <memory>
+#include <string_view>
 
 #include "graph.h"
 
@@ -16,24 +19,28 @@ int note(char *text) {
     return 0;
 }
 
-struct Release {
-    void operator()(GVC_t *context) const { gvFreeContext(context); }
+/// Lives as long as the process: the plugin that measures texts keeps the fonts of the first
+/// context beyond that one's end, and a second context would read what is freed.
+GVC_t *context() {
+    static GVC_t *const only = gvContext();
+    return only;
+}
 
+struct Close {
     void operator()(Agraph_t *graph) const { agclose(graph); }
 };
 
-using Context = std::unique_ptr<GVC_t, Release>;
-using Graph = std::unique_ptr<Agraph_t, Release>;
+using Graph = std::unique_ptr<Agraph_t, Close>;
 
 /// A layout, which must go before its graph.
 class Layout {
 public:
-    Layout(const Context &context, const Graph &graph) : context_(context), graph_(graph) {
-        const char *engine = agget(graph_.get(), const_cast<char *>("layout"));
-        done_ = gvLayout(context_.get(), graph_.get(), engine != nullptr ? engine : "dot") == 0;
+    explicit Layout(Agraph_t *graph) : graph_(graph) {
+        const char *engine = agget(graph, const_cast<char *>("layout"));
+        done_ = gvLayout(context(), graph, engine != nullptr ? engine : "dot") == 0;
     }
 
-    ~Layout() { gvFreeLayout(context_.get(), graph_.get()); }
+    ~Layout() { gvFreeLayout(context(), graph_); }
 
     Layout(const Layout &) = delete;
     Layout &operator=(const Layout &) = delete;
@@ -41,24 +48,44 @@ public:
     bool is_done() const { return done_; }
 
 private:
-    const Context &context_;
-    const Graph &graph_;
+    Agraph_t *graph_;
     bool done_ = false;
 };
 
-/// What Graphviz said, without the line's end; or `otherwise` when it said nothing.
+/// What Graphviz said in one line; or `otherwise` when it said nothing.
 std::string last_words(const char *otherwise) {
-    while (!said.empty() && (said.back() == '\n' || said.back() == ' ')) {
-        said.pop_back();
+    std::replace(said.begin(), said.end(), '\n', ' ');
+    const size_t end = said.find_last_not_of(' ');
+    constexpr std::string_view prefix = "Error: ";
+    const size_t begin = said.starts_with(prefix) ? prefix.size() : 0;
+    return end == std::string::npos ? otherwise : said.substr(begin, end + 1 - begin);
+}
+
+/// The formats that Graphviz can draw with the plugins that are installed.
+std::string known_formats() {
+    std::string names;
+    int count = 0;
+    char **formats = gvPluginList(context(), "device", &count, nullptr);
+    for (int i = 0; i < count; ++i) {
+        names.append(" ").append(formats[i]);
+        std::free(formats[i]);
     }
-    return said.empty() ? otherwise : said;
+    std::free(formats);
+    return names;
+}
+
+bool is_known(const std::string &format) {
+    return (known_formats() + " ").find(" " + format + " ") != std::string::npos;
 }
 
 std::optional<std::string> draw(const std::string &dot, const std::string &format,
                                 std::string &reason) {
     // Layout by forces took 14 s for half of this.
     constexpr int most_nodes_and_edges = 800000;
-    const Context context(gvContext());
+    if (!is_known(format)) {
+        reason = "not one of the formats:" + known_formats();
+        return std::nullopt;
+    }
     const Graph graph(agmemread(dot.c_str()));
     if (graph == nullptr) {
         reason = last_words("no text in the DOT language");
@@ -69,7 +96,7 @@ std::optional<std::string> draw(const std::string &dot, const std::string &forma
                  std::to_string(agnedges(graph.get())) + " edges";
         return std::nullopt;
     }
-    const Layout layout(context, graph);
+    const Layout layout(graph.get());
     if (!layout.is_done()) {
         reason = last_words("no layout found");
         return std::nullopt;
@@ -77,7 +104,7 @@ std::optional<std::string> draw(const std::string &dot, const std::string &forma
     char *drawn = nullptr;
     unsigned length = 0;
     const bool rendered =
-        gvRenderData(context.get(), graph.get(), format.c_str(), &drawn, &length) == 0;
+        gvRenderData(context(), graph.get(), format.c_str(), &drawn, &length) == 0;
     const std::unique_ptr<char, decltype(&gvFreeRenderData)> owner(drawn, gvFreeRenderData);
     if (!rendered || drawn == nullptr || length == 0) {
         reason = last_words("nothing was drawn");

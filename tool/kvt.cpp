@@ -143,9 +143,11 @@ void add_check(CLI::App &app) {
     command->add_flag("-q,--quiet", options.quiet, "Print nothing: the exit status tells");
     command->add_option("--only", only, "Names of the only findings to be said, with commas")
         ->delimiter(',')
+        ->allow_extra_args(false)
         ->type_name("NAME,...");
     command->add_option("--ignore", ignored, "Names of findings not to be said, with commas")
         ->delimiter(',')
+        ->allow_extra_args(false)
         ->type_name("NAME,...");
     command->add_flag("--list", list, "List the names of findings and what they mean");
     take_threads(command, common);

@@ -69,7 +69,8 @@ private:
             progress_.advance(bytes);
         });
         ++batches_waiting_;
-        while (batches_waiting_ >= threads_) {
+        // One more than there are threads, so that none waits while the oldest is printed.
+        while (batches_waiting_ > (threads_ > 1 ? threads_ : 0)) {
             finish_oldest(1);
         }
     }

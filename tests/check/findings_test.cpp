@@ -1,0 +1,182 @@
+// What a finding tells beside its message, and the functions around findings.
+#include <gtest/gtest.h>
+
+#include <set>
+#include <string>
+#include <vector>
+
+#include "check/found.h"
+
+namespace kvt_test {
+namespace {
+
+/// A finding without what ends with the callback.
+struct Kept {
+    kvt_finding finding;
+    std::string nearest;
+    std::string path;
+};
+
+std::vector<Kept> findings_in(const std::string &text) {
+    std::vector<Kept> kept;
+    const auto keep = [](const kvt_finding *finding, void *user) {
+        static_cast<std::vector<Kept> *>(user)->push_back(
+            {*finding, finding->nearest != nullptr ? finding->nearest : "(none)", finding->path});
+        return 0;
+    };
+    const size_t count = kvt_check(text.data(), text.size(), keep, &kept);
+    EXPECT_EQ(count, kept.size());
+    return kept;
+}
+
+TEST(Findings, TellTheirPlace) {
+    const std::string text =
+        topology("    switches {\n    }\n    switches {\n\n\t id: 7x \n    }\n");
+    const std::vector<Kept> all = findings_in(text);
+    ASSERT_EQ(all.size(), 1U);
+    const kvt_finding &finding = all[0].finding;
+    EXPECT_EQ(finding.kind, KVT_FINDING_BEHIND_NUMBER);
+    EXPECT_STREQ(finding.name, "behind-number");
+    EXPECT_EQ(finding.line, 8U);
+    EXPECT_EQ(finding.column, 8U);
+    EXPECT_EQ(finding.offset, text.find("x \n"));
+    EXPECT_EQ(finding.length, 1U);
+    EXPECT_EQ(finding.line_offset, text.find("\t id"));
+    EXPECT_EQ(finding.line_length, 9U);
+    EXPECT_EQ(finding.first_line, 0U);
+    EXPECT_EQ(finding.in_message, 1U);
+    EXPECT_EQ(all[0].nearest, "(none)");
+    EXPECT_EQ(all[0].path, "topology_info_list.switches[1]");
+}
+
+TEST(Findings, TellTheirBlock) {
+    const std::vector<Kept> all = findings_in(
+        job_data(
+            "    uid: x\n    trees {\n      mgid {\n        x: 1\n      }\n      y: 1\n    }\n") +
+        "z\n");
+    ASSERT_EQ(all.size(), 4U);
+    EXPECT_EQ(all[0].path, "job_data");
+    EXPECT_EQ(all[1].path, "job_data.trees[0].mgid");
+    EXPECT_EQ(all[2].path, "job_data.trees[0]");
+    EXPECT_EQ(all[3].path, "");
+}
+
+TEST(Findings, TellTheirMessage) {
+    const std::string broken = message_of("END_JOB", "end_job", "    job_id: x\n");
+    const std::vector<Kept> all = findings_in("x\n" + broken + broken + "z\n" + broken);
+    ASSERT_EQ(all.size(), 5U);
+    EXPECT_EQ(all[0].finding.in_message, 0U);
+    EXPECT_EQ(all[1].finding.in_message, 1U);
+    EXPECT_EQ(all[2].finding.in_message, 2U);
+    EXPECT_EQ(all[3].finding.in_message, 2U);
+    EXPECT_EQ(all[4].finding.in_message, 3U);
+}
+
+TEST(Findings, TellWhereSomethingStoodFirst) {
+    const std::vector<Kept> all = findings_in(
+        begin_job("    job_id: 1\n    quota {\n    }\n    port_guids: 1\n    job_id: 2\n"
+                  "    quota {\n    }\n    port_guids: 2\n"));
+    ASSERT_EQ(all.size(), 3U);
+    EXPECT_EQ(all[0].finding.first_line, 4U);
+    EXPECT_EQ(all[1].finding.first_line, 5U);
+    EXPECT_EQ(all[2].finding.first_line, 7U);
+}
+
+TEST(Findings, TellTheKeyThatWasProbablyMeant) {
+    const auto nearest_in = [](const std::string &lines) {
+        std::string nearest;
+        for (const Kept &kept : findings_in(begin_job(lines))) {
+            nearest += kept.nearest + " ";
+        }
+        return nearest;
+    };
+    EXPECT_EQ(nearest_in("jobid: 1\n"), "job_id ");
+    EXPECT_EQ(nearest_in("JOB_ID: 1\n"), "job_id ");
+    EXPECT_EQ(nearest_in("job-id: 1\n"), "job_id ");
+    EXPECT_EQ(nearest_in("jbo_id: 1\n"), "job_id ");
+    EXPECT_EQ(nearest_in("udi: 1\n"), "uid ");
+    EXPECT_EQ(nearest_in("reproducable_modus: 1\n"), "reproducible_mode ");
+    EXPECT_EQ(nearest_in("num_giuds: 1\n"), "num_guids ");
+    EXPECT_EQ(nearest_in("x: 1\n"), "(none) ");
+    EXPECT_EQ(nearest_in("ab: 1\n"), "(none) ");
+    EXPECT_EQ(nearest_in("something_else: 1\n"), "(none) ");
+    EXPECT_EQ(nearest_in(std::string(1000, 'x') + ": 1\n"), "(none) ");
+    EXPECT_EQ(nearest_in("quoat {\n}\n"), "quota ");
+}
+
+TEST(Findings, ShowWhatCannotBePrinted) {
+    EXPECT_EQ(
+        said_of(begin_job("    job_id: \x01\x7F\t\xFF\xC3\n")),
+        "'\\x01\\x7f\\t\\xff\\xc3' is no number, and 'job_id' wants one: the field stays as it "
+        "was\n");
+    EXPECT_EQ(
+        said_of(begin_job("    job_id: \xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80\xC2\x80\xE2\x82x\n")),
+        "'\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80\\xc2\\x80\\xe2\\x82x' is no number, and 'job_id' "
+        "wants one: the field stays as it was\n");
+    // A character of several bytes is shown whole or not at all.
+    EXPECT_EQ(said_of(begin_job("    job_id: " + std::string(59, 'x') + "\xC3\xA9\n")),
+              "'" + std::string(59, 'x') +
+                  "...' is no number, and 'job_id' wants one: the field stays as it was\n");
+}
+
+TEST(Findings, HaveRoomForTheirMessage) {
+    const auto measure = [](const kvt_finding *finding, void *) {
+        EXPECT_LT(std::string(finding->message).size(), size_t{KVT_FINDING_MESSAGE_ROOM});
+        EXPECT_EQ(std::string(finding->message).find('\n'), std::string::npos);
+        return 0;
+    };
+    const std::string text = job_error("    description: " + std::string(500, '\x01') + " \"a\" " +
+                                       std::string(500, '\x01') + "\n");
+    EXPECT_EQ(kvt_check(text.data(), text.size(), measure, nullptr), 2U);
+    // Every byte takes four characters, and the sentence goes on behind them.
+    EXPECT_EQ(said_of(begin_job("    uid" + std::string(60, 'x') + ": 1\n")).substr(0, 20),
+              "the reader takes 'ui");
+}
+
+TEST(Findings, AreCountedWithoutACallback) {
+    const std::string text = begin_job("    x: 1\n    y: 1\n    job_id: x\n");
+    EXPECT_EQ(kvt_check(text.data(), text.size(), nullptr, nullptr), 3U);
+    EXPECT_EQ(kvt_check(nullptr, 0, nullptr, nullptr), 1U);
+    EXPECT_EQ(kvt_check(nullptr, 5, nullptr, nullptr), 1U);
+}
+
+TEST(Findings, EndWhenTheCallbackSaysSo) {
+    const std::string message =
+        job_data("    x: 1\n    conns {\n      qp_child_idxs: x\n      qp_child_idxs: y\n    }\n"
+                 "    conns_num: 3\n    y: 1\n");
+    const std::string nul(1, '\0');
+    const std::string text = message + "x\n" + message + nul + "x";
+    size_t all = kvt_check(text.data(), text.size(), nullptr, nullptr);
+    ASSERT_GT(all, 12U);
+    for (size_t most = 1; most <= all; ++most) {
+        size_t left = most;
+        const auto stop = [](const kvt_finding *, void *user) {
+            EXPECT_NE(*static_cast<size_t *>(user), 0U);
+            return --*static_cast<size_t *>(user) == 0 ? -1 : 0;
+        };
+        EXPECT_EQ(kvt_check(text.data(), text.size(), stop, &left), most);
+        EXPECT_EQ(left, 0U);
+    }
+}
+
+TEST(FindingKinds, HaveNamesAndMeanings) {
+    std::set<std::string> names;
+    for (int number = 0; number < KVT_FINDING_KINDS; ++number) {
+        const auto kind = static_cast<kvt_finding_kind>(number);
+        const std::string name = kvt_finding_name(kind);
+        EXPECT_TRUE(names.insert(name).second) << name;
+        EXPECT_EQ(kvt_finding_of_name(name.c_str()), kind);
+        EXPECT_EQ(name.find_first_not_of("abcdefghijklmnopqrstuvwxyz-"), std::string::npos);
+        EXPECT_LT(name.size(), 20U);
+        const std::string meaning = kvt_finding_meaning(kind);
+        EXPECT_EQ(meaning.back(), '.') << name;
+        EXPECT_LT(meaning.size(), 100U) << name;
+    }
+    EXPECT_EQ(kvt_finding_name(KVT_FINDING_KINDS), nullptr);
+    EXPECT_EQ(kvt_finding_meaning(KVT_FINDING_KINDS), nullptr);
+    EXPECT_EQ(kvt_finding_of_name("no-such-kind"), KVT_FINDING_KINDS);
+    EXPECT_EQ(kvt_finding_of_name(nullptr), KVT_FINDING_KINDS);
+}
+
+} // namespace
+} // namespace kvt_test
