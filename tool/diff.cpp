@@ -42,7 +42,7 @@ private:
         const bool read = read_messages(unit, [&](ReadMessage &message) {
             waiting_.push_back(
                 {&message.kind,
-                 OwnedMessageRecord(std::exchange(message.record, nullptr), {&message.kind}), name_,
+                 OwnedRecord(std::exchange(message.record, nullptr), {&message.kind}), name_,
                  message.line(), static_cast<size_t>(message.end - message.begin)});
         });
         unread.note(unit, read);

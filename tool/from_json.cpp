@@ -299,22 +299,6 @@ const MessageKind &kind_from_json(const Json &message) {
 
 } // namespace
 
-MadeRecord::MadeRecord(const MessageKind &kind)
-    : kind_(&kind), record_(std::calloc(1, kind.record->size)) {
-    if (record_ == nullptr) {
-        throw std::bad_alloc();
-    }
-}
-
-MadeRecord::MadeRecord(MadeRecord &&other) noexcept
-    : kind_(other.kind_), record_(std::exchange(other.record_, nullptr)) {}
-
-MadeRecord::~MadeRecord() {
-    if (record_ != nullptr) {
-        kvt_msg_release(static_cast<int32_t>(kind_->value), record_);
-    }
-}
-
 Json parse_json(std::string_view text) {
     std::vector<std::set<std::string>> keys; // of the objects around
     std::string repeated;
@@ -351,12 +335,16 @@ Json parse_json(std::string_view text) {
     }
 }
 
-MadeRecord from_json(const Json &message) {
+OwnedMessage from_json(const Json &message) {
     const MessageKind &kind = kind_from_json(message);
-    MadeRecord made(kind);
+    void *record = std::calloc(1, kind.record->size);
+    if (record == nullptr) {
+        throw std::bad_alloc();
+    }
+    OwnedMessage made(kind, record);
     for (const auto &[key, value] : message.items()) {
         if (key == kind.block) {
-            fill_record(*kind.record, made.get(), value, Path(key));
+            fill_record(*kind.record, made.record(), value, Path(key));
         } else if (key != "type") {
             throw JsonProblem{0, "there is no \"" + key + "\" in a message of the kind " +
                                      kind.name + ", only \"" + kind.block + "\""};

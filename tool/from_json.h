@@ -4,28 +4,10 @@
 #include <string>
 #include <string_view>
 
-#include "kvt/message_layer.h"
+#include "owned_message.h"
 #include "to_json.h"
 
 namespace kvt_tool {
-
-/// A record made of JSON, with its kind. It is released with this.
-class MadeRecord {
-public:
-    MadeRecord() = default;
-    explicit MadeRecord(const MessageKind &kind);
-    MadeRecord(MadeRecord &&other) noexcept;
-    MadeRecord &operator=(MadeRecord &&) = delete;
-    ~MadeRecord();
-
-    const MessageKind &kind() const { return *kind_; }
-
-    void *get() const { return record_; }
-
-private:
-    const MessageKind *kind_ = nullptr;
-    void *record_ = nullptr;
-};
 
 /// Thrown when a text is no JSON, or when JSON is no message: nothing of it is taken then.
 struct JsonProblem {
@@ -39,6 +21,6 @@ Json parse_json(std::string_view text);
 /// The message of an object as to_json makes it, with any of its forms of numbers. Null is taken
 /// for a field that is missing, and a missing one for 0 or empty. Counts and lengths may be there.
 /// Throws JsonProblem for all that the record cannot hold, with the path of the field.
-MadeRecord from_json(const Json &message);
+OwnedMessage from_json(const Json &message);
 
 } // namespace kvt_tool

@@ -16,10 +16,6 @@ namespace kvt_tool {
 
 using namespace kvt_str;
 
-void OwnedMessage::Release::operator()(void *record) const {
-    kvt_msg_release(static_cast<int32_t>(kind->value), record);
-}
-
 namespace {
 
 /// Zeroed memory that the message layer may release.

@@ -3,39 +3,11 @@
 
 #include <cstdint>
 #include <deque>
-#include <memory>
 #include <span>
 
-#include "message_table.h"
+#include "owned_message.h"
 
 namespace kvt_tool {
-
-using kvt_str::MessageKind;
-
-/// A record of a kind, released with it as the message layer does.
-class OwnedMessage {
-public:
-    /// Takes a record that comes from calloc or realloc, with all that hangs from it.
-    OwnedMessage(const MessageKind &kind, void *record) : kind_(&kind), record_(record, {kind}) {}
-
-    const MessageKind &kind() const { return *kind_; }
-
-    const void *record() const { return record_.get(); }
-
-    void *record() { return record_.get(); }
-
-private:
-    struct Release {
-        const MessageKind *kind;
-
-        Release(const MessageKind &of) : kind(&of) {}
-
-        void operator()(void *record) const;
-    };
-
-    const MessageKind *kind_;
-    std::unique_ptr<void, Release> record_;
-};
 
 /// The size of a sample, where nothing else is asked for.
 inline constexpr uint32_t default_sample_size = 8;

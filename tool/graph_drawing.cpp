@@ -83,7 +83,7 @@ DotAttributes graph_attributes(const Scale &scale) {
 DotAttributes node_attributes(const GraphNode &node, const Scale &scale) {
     const bool labelled = scale.has_labels() || node.folded > 1;
     DotAttributes attributes = {{"label", labelled ? quoted(node.label) : "\"\""},
-                                {"tooltip", quoted(node.detail)},
+                                {"tooltip", quoted_tooltip(node.detail)},
                                 {"fillcolor", quoted(node.fill)},
                                 {"shape", std::string(node.shape)},
                                 {"style", quoted(node.style)}};
@@ -101,7 +101,7 @@ DotAttributes edge_attributes(const GraphEdge &edge, const Scale &scale, bool le
     }
     if (edge.count > 1) {
         const std::string times = std::to_string(edge.count) + "×";
-        attributes.push_back({"tooltip", quoted(times)});
+        attributes.push_back({"tooltip", quoted_tooltip(times)});
         // Graphviz 2.42 frees memory twice over the label of an edge within the first row.
         if (scale.has_counts() && !level) {
             attributes.push_back({"label", quoted(times)});

@@ -32,8 +32,6 @@ struct GraphEdge {
     std::string_view colour = faint_line;
     std::string_view style = "solid";
     uint64_t count = 1; ///< how many connections it stands for
-
-    auto operator<=>(const GraphEdge &) const = default;
 };
 
 struct Drawing {

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <map>
+#include <tuple>
 
 #include "graph_drawing.h"
 #include "graph_text.h"
@@ -8,22 +9,15 @@ namespace kvt_tool {
 
 namespace {
 
-/// What an edge is, seen from one of its nodes.
-struct Neighbour {
-    uint32_t node;
-    bool outgoing;
-    std::string_view colour;
-    std::string_view style;
-    uint64_t count;
-
-    auto operator<=>(const Neighbour &) const = default;
-};
+/// What an edge is, seen from one of its nodes: the other one, whether it leads there, its colour
+/// and style, and its count.
+using Neighbour = std::tuple<uint32_t, bool, std::string_view, std::string_view, uint64_t>;
 
 std::vector<std::vector<Neighbour>> neighbours_of(const Drawing &drawing) {
     std::vector<std::vector<Neighbour>> neighbours(drawing.nodes.size());
     for (const GraphEdge &edge : drawing.edges) {
-        neighbours[edge.from].push_back({edge.to, true, edge.colour, edge.style, edge.count});
-        neighbours[edge.to].push_back({edge.from, false, edge.colour, edge.style, edge.count});
+        neighbours[edge.from].emplace_back(edge.to, true, edge.colour, edge.style, edge.count);
+        neighbours[edge.to].emplace_back(edge.from, false, edge.colour, edge.style, edge.count);
     }
     for (std::vector<Neighbour> &list : neighbours) {
         std::sort(list.begin(), list.end());
@@ -39,7 +33,7 @@ bool look_the_same(const GraphNode &a, const GraphNode &b) {
 uint64_t hash_of(const std::vector<Neighbour> &list) {
     uint64_t hash = list.size();
     for (const Neighbour &neighbour : list) {
-        hash = (hash ^ neighbour.node) * 0x9e3779b97f4a7c15;
+        hash = (hash ^ std::get<0>(neighbour)) * 0x9e3779b97f4a7c15;
         hash ^= hash >> 29;
     }
     return hash;
@@ -82,12 +76,15 @@ std::vector<uint32_t> first_twins(const Drawing &drawing) {
 
 void merge_parallel_edges(Drawing &drawing) {
     std::vector<GraphEdge> &edges = drawing.edges;
-    std::sort(edges.begin(), edges.end());
+    const auto key = [](const GraphEdge &edge) {
+        return std::tie(edge.from, edge.to, edge.colour, edge.style);
+    };
+    std::sort(edges.begin(), edges.end(),
+              [key](const GraphEdge &a, const GraphEdge &b) { return key(a) < key(b); });
     size_t kept = 0;
     for (const GraphEdge &edge : edges) {
         GraphEdge *last = kept != 0 ? &edges[kept - 1] : nullptr;
-        if (last != nullptr && last->from == edge.from && last->to == edge.to &&
-            last->colour == edge.colour && last->style == edge.style) {
+        if (last != nullptr && key(*last) == key(edge)) {
             last->count += edge.count;
         } else {
             edges[kept++] = edge;

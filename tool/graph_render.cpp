@@ -7,6 +7,23 @@
 
 #include "graph.h"
 
+#if defined(__SANITIZE_ADDRESS__)
+#define KVT_FINDS_LEAKS
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define KVT_FINDS_LEAKS
+#endif
+#endif
+
+#ifdef KVT_FINDS_LEAKS
+extern "C" const char *__lsan_default_suppressions();
+
+/// The libraries that draw keep what they have read of fonts and plugins until the process ends.
+extern "C" const char *__lsan_default_suppressions() {
+    return "leak:libgvc\nleak:libfontconfig\nleak:libglib\nleak:libpango\n";
+}
+#endif
+
 namespace kvt_tool {
 
 namespace {
@@ -62,7 +79,7 @@ std::string last_words(const char *otherwise) {
 }
 
 /// The formats that Graphviz can draw with the plugins that are installed.
-std::string known_formats() {
+std::string list_formats() {
     std::string names;
     int count = 0;
     char **formats = gvPluginList(context(), "device", &count, nullptr);
@@ -71,6 +88,11 @@ std::string known_formats() {
         std::free(formats[i]);
     }
     std::free(formats);
+    return names;
+}
+
+const std::string &known_formats() {
+    static const std::string names = list_formats();
     return names;
 }
 

@@ -111,7 +111,7 @@ Caption Resources::caption(const std::string &title) const {
         counted(message_.links_num, "link", "links") + "; operation " +
         std::to_string(message_.operation) + ", features 0x" +
         hex(message_.feature_bitmask).substr(10);
-    const auto members = static_cast<double>(places_.size() + message_.agg_trees_num / 10);
+    const auto members = static_cast<double>(places_.size());
     return {title, summary, std::move(legend),
             static_cast<unsigned>(14 + std::min(60.0, 1.2 * std::sqrt(members)))};
 }
@@ -124,14 +124,15 @@ void Resources::write_trees(DotText &text) const {
     size_t index = 0;
     for (const auto &tree : std::span(message_.agg_trees, message_.agg_trees_num)) {
         const std::string label = "tree " + std::to_string(tree.tree_num);
-        text.node("t" + std::to_string(index),
-                  {{"label", quoted(label)},
-                   {"tooltip", quoted(label + "\nstatus " + std::to_string(tree.tree_status) +
-                                      ", priority " + std::to_string(tree.priority))},
-                   {"fillcolor", quoted(colours_.of(tree.tree_status))},
-                   {"shape", "ellipse"},
-                   {"style", "filled"},
-                   {"sortv", std::to_string(index + 1)}});
+        text.node(
+            "t" + std::to_string(index),
+            {{"label", quoted(label)},
+             {"tooltip", quoted_tooltip(label + "\nstatus " + std::to_string(tree.tree_status) +
+                                        ", priority " + std::to_string(tree.priority))},
+             {"fillcolor", quoted(colours_.of(tree.tree_status))},
+             {"shape", "ellipse"},
+             {"style", "filled"},
+             {"sortv", std::to_string(index + 1)}});
         ++index;
     }
     text.close();
@@ -222,9 +223,10 @@ void Resources::write_places(DotText &text) const {
     open_cluster(text, "nodes", "aggregation nodes, with the ports of their links", 2,
                  rows_of(places_.size(), 0.6));
     for (size_t index = 0; index < places_.size(); ++index) {
-        text.node("n" + std::to_string(index), {{"label", table_of(places_[index])},
-                                                {"tooltip", quoted(detail_of(places_[index]))},
-                                                {"sortv", std::to_string(index + 1)}});
+        text.node("n" + std::to_string(index),
+                  {{"label", table_of(places_[index])},
+                   {"tooltip", quoted_tooltip(detail_of(places_[index]))},
+                   {"sortv", std::to_string(index + 1)}});
     }
     text.close();
 }

@@ -38,6 +38,29 @@ size_t visible_length(std::string_view text, size_t at) {
     return character < smallest[length] || surrogate || none ? 0 : length;
 }
 
+std::string quoted_with(std::string_view text, std::string_view backslash) {
+    std::string out = "\"";
+    for (const char c : text) {
+        switch (c) {
+        case '"':
+            out += "\\\"";
+            break;
+        case '\\': // begins an escape, both for the parser and in labels
+            out += backslash;
+            break;
+        case '\n':
+            out += "\\n";
+            break;
+        case '&': // begins an entity in labels
+            out += "&amp;";
+            break;
+        default:
+            out += c;
+        }
+    }
+    return out + '"';
+}
+
 } // namespace
 
 std::string visible(std::string_view name) {
@@ -66,26 +89,11 @@ std::string shortened(const std::string &text) {
 }
 
 std::string quoted(std::string_view text) {
-    std::string out = "\"";
-    for (const char c : text) {
-        switch (c) {
-        case '"':
-            out += "\\\"";
-            break;
-        case '\\': // begins an escape, both for the parser and in labels
-            out += "\\\\";
-            break;
-        case '\n':
-            out += "\\n";
-            break;
-        case '&': // begins an entity in labels
-            out += "&amp;";
-            break;
-        default:
-            out += c;
-        }
-    }
-    return out + '"';
+    return quoted_with(text, "\\\\");
+}
+
+std::string quoted_tooltip(std::string_view text) {
+    return quoted_with(text, "\\\\\\\\");
 }
 
 std::string in_html(std::string_view text) {

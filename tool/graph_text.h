@@ -23,6 +23,9 @@ std::string shortened(const std::string &text);
 /// A text of valid UTF-8 as a quoted string of DOT that shows it; newlines part its lines.
 std::string quoted(std::string_view text);
 
+/// The same as the value of a tooltip, where Graphviz 2.42 takes escapes for such once more.
+std::string quoted_tooltip(std::string_view text);
+
 /// A text of valid UTF-8 within an HTML-like label.
 std::string in_html(std::string_view text);
 

@@ -134,8 +134,8 @@ public:
         const size_t before = result.text.size();
         const std::string place = unit.input + ":" + std::to_string(unit.first_line);
         try {
-            const MadeRecord made = from_json(parse_json({unit.text, unit.length}));
-            if (!add_text(made.kind(), made.get(), result.text)) {
+            const OwnedMessage made = from_json(parse_json({unit.text, unit.length}));
+            if (!add_text(made.kind(), made.record(), result.text)) {
                 throw JsonProblem{0, "the message's text takes 4 GiB or more"};
             }
             say_losses(

@@ -8,25 +8,14 @@
 #include <string>
 
 #include "fields.h"
-#include "kvt/message_layer.h"
+#include "owned_message.h"
 
 namespace kvt_tool {
-
-/// Releases a record with all that hangs from it.
-struct ReleaseRecord {
-    const MessageKind *kind = nullptr;
-
-    void operator()(void *record) const {
-        kvt_msg_release(static_cast<int32_t>(kind->value), record);
-    }
-};
-
-using OwnedMessageRecord = std::unique_ptr<void, ReleaseRecord>;
 
 /// A message whose counts agree with its elements.
 struct Message {
     const MessageKind *kind;
-    OwnedMessageRecord record;                ///< by kvt_msg_release, with `kind`
+    OwnedRecord record;                       ///< by kvt_msg_release, with `kind`
     std::shared_ptr<const std::string> input; ///< name of its input, as it is shown
     uint64_t first_line;                      ///< in its input, counted from 1
     size_t text_size;                         ///< in its input, in characters

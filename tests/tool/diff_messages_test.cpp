@@ -40,7 +40,7 @@ public:
         const std::string text = kvt_test::message_text(kind_name, block + "}\n");
         kvt_msg_from_str(0, 0, text.c_str(), &record);
         const MessageKind *kind = kvt_str::find_kind(kind_name);
-        return Message{kind, OwnedMessageRecord(record, ReleaseRecord{kind}), name_, read_, 100};
+        return Message{kind, OwnedRecord(record, ReleaseRecord{kind}), name_, read_, 100};
     }
 
     size_t read() const { return read_; }

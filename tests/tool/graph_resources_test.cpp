@@ -24,7 +24,7 @@ TEST(GraphResources, TreesHaveTheColourOfTheirStatus) {
                                        "      tree_status: 1\n    }\n"),
                          "t0 ["),
               "t0 [label=\"tree 4\", tooltip=\"tree 4\\nstatus 1, priority 2\", "
-              "fillcolor=\"#e69f00\", shape=ellipse, style=\"filled\", sortv=1];\n");
+              "fillcolor=\"#e69f00\", shape=ellipse, style=filled, sortv=1];\n");
 }
 
 TEST(GraphResources, LinksStandAtTheirNodeByTheirPorts) {
@@ -82,7 +82,7 @@ TEST(GraphResources, ManyLinksAreCountedByStatus) {
 }
 
 TEST(GraphResources, HostileTimesAreQuoted) {
-    EXPECT_NE(resources_dot(node_block("16", "1", "\\N<b>\n&")).find(R"(\\N<b>\\x0a&amp;)"),
+    EXPECT_NE(resources_dot(node_block("16", "1", "\\N<b>\n&")).find(R"(\\\\N<b>\\\\x0a&amp;)"),
               std::string::npos);
 }
 

@@ -41,6 +41,10 @@ TEST(GraphText, AQuotedTextShowsWhatItIsMadeOf) {
     EXPECT_EQ(quoted("ends with \\"), R"("ends with \\")");
 }
 
+TEST(GraphText, ABackslashInATooltipSurvivesTwoReadings) {
+    EXPECT_EQ(quoted_tooltip("a\\\n\"&"), R"("a\\\\\n\"&amp;")");
+}
+
 TEST(GraphText, HtmlHasNoMarkupOfANameInIt) {
     EXPECT_EQ(in_html("<b a=\"1\">&"), "&lt;b a=&quot;1&quot;&gt;&amp;");
 }

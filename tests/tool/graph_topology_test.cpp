@@ -1,6 +1,7 @@
 // Topologies as graphs.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 
 #include "graph_kinds.h"
@@ -73,7 +74,7 @@ TEST(GraphTopology, HostileNamesAreQuoted) {
     const vemra_topology_info_list list = {1, &info, 0};
     EXPECT_EQ(lines_with(topology_to_dot(list, "test", Detail::by_size), "s0 ["),
               R"(s0 [label="\"]; x -> y; \\\\x0a\\xff<b>&amp;amp;", )"
-              R"(tooltip="switch 0: \"]; x -> y; \\\\x0a\\xff<b>&amp;amp;, 0 port GUIDs", )"
+              R"(tooltip="switch 0: \"]; x -> y; \\\\\\\\x0a\\\\xff<b>&amp;amp;, 0 port GUIDs", )"
               "fillcolor=\"#d6ecf9\", shape=box, style=\"filled\"];\n");
 }
 
@@ -123,10 +124,28 @@ TEST(GraphLevels, SwitchesWithTheFewestLinksAreAtTheEdge) {
 }
 
 TEST(GraphLevels, OfTwoEndsTheLargerIsTheEdge) {
-    // 4 leaves, 2 switches between, and a core that has fewer links than a leaf.
-    auto fabric =
-        fabric_of(7, {{0, 4}, {0, 5}, {1, 4}, {1, 5}, {2, 4}, {2, 5}, {3, 4}, {3, 5}, {4, 6}});
-    EXPECT_EQ(guess_levels(fabric), (std::vector<int>{0, 0, 0, 0, 1, 1, 2}));
+    // Two cores, which have the fewest links, four switches between, six leaves.
+    std::vector<std::pair<uint32_t, uint32_t>> links = {{0, 2}, {0, 3}, {1, 4}, {1, 5}};
+    for (uint32_t leaf = 6; leaf < 12; ++leaf) {
+        for (uint32_t between = 2; between < 6; ++between) {
+            links.emplace_back(between, leaf);
+        }
+    }
+    EXPECT_EQ(guess_levels(fabric_of(12, links)),
+              (std::vector<int>{2, 2, 1, 1, 1, 1, 0, 0, 0, 0, 0, 0}));
+}
+
+TEST(GraphLevels, LinksMayBeDown) {
+    // 24 leaves, two of which lack one of their 10 links.
+    std::vector<std::pair<uint32_t, uint32_t>> links;
+    for (uint32_t leaf = 0; leaf < 24; ++leaf) {
+        for (uint32_t spine = leaf < 2 ? 25 : 24; spine < 34; ++spine) {
+            links.emplace_back(leaf, spine);
+        }
+    }
+    std::vector<int> levels(34, 0);
+    std::fill(levels.begin() + 24, levels.end(), 1);
+    EXPECT_EQ(guess_levels(fabric_of(34, links)), levels);
 }
 
 TEST(GraphLevels, PortsTellTheEdge) {

@@ -54,8 +54,8 @@ std::string problem_of(const std::string &json) {
 
 /// The record's lines in the text that is made of a JSON text.
 std::string lines_of(const std::string &json) {
-    const MadeRecord made = from_json(parse_json(json));
-    const std::string text = text_of(made.kind(), made.get());
+    const OwnedMessage made = from_json(parse_json(json));
+    const std::string text = text_of(made.kind(), made.record());
     const size_t begin = text.find('\n', text.find('\n', text.find('\n') + 1) + 1) + 1;
     return text.substr(begin, text.size() - begin - std::strlen("  }\n}\n\n"));
 }
@@ -203,8 +203,8 @@ TEST(Json, KeepsRandomRecordsOfEveryKindInEveryForm) {
             kvt_test::fill_randomly(*kind.record, record.get(), random);
             const JsonForm form = {random() % 2 == 0, random() % 2 == 0};
             const std::string json = to_json(kind, record.get(), form).dump();
-            const MadeRecord made = from_json(parse_json(json));
-            ASSERT_EQ(text_of(kind, record.get()), text_of(made.kind(), made.get())) << json;
+            const OwnedMessage made = from_json(parse_json(json));
+            ASSERT_EQ(text_of(kind, record.get()), text_of(made.kind(), made.record())) << json;
         }
     }
 }
