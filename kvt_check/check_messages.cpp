@@ -24,8 +24,6 @@ private:
     void check_between();
     void seek_message();
 
-    bool is_blank_line(const Line &line) const { return trimmed(line.at, line.end).empty(); }
-
     void check_message();
     void check_envelope();
     const MessageKind *check_type_line();
@@ -262,9 +260,9 @@ void MessagesCheck::check_between() {
             return;
         }
         const Line line = check_.look_at_line();
-        if (!is_blank_line(line)) {
-            findings_.report(KVT_FINDING_OUTSIDE, check_.mark(line),
-                             Quoted{trimmed(line.at, line.end)},
+        const std::string_view text = trimmed(line.at, line.end);
+        if (!text.empty()) {
+            findings_.report(KVT_FINDING_OUTSIDE, check_.mark(line), Quoted{text},
                              " stands outside of the messages: the reader stops here, and reads "
                              "nothing below");
             seek_message();

@@ -30,6 +30,17 @@ inline uint64_t greatest_of(const kvt_str::Row &row) {
     return UINT64_MAX >> (64 - bits);
 }
 
+/// Where the value begins on a line with the row's key and a colon.
+inline const char *value_of(const kvt_str::Row &row, const Line &line) {
+    return line.at + row.key_length + 1;
+}
+
+/// Tells of a line that ends where its value should be. A conversion goes on to the next lines.
+void report_no_value(Check &check, const kvt_str::Row &row, const Line &line);
+
+/// Tells of what stands behind a number that ends at `at`, if anything does.
+void report_rest(Check &check, const Line &line, std::string_view value, const char *at);
+
 // Each of these takes a line that begins with the row's key and a colon. Nothing is returned, or an
 // empty text, where the reader takes no value from the line.
 
