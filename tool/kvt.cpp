@@ -52,8 +52,8 @@ CLI::App *add_command(CLI::App &app, const std::string &name, const std::string 
 }
 
 void take_inputs(CLI::App *command, CommonOptions &options) {
-    command->add_option("FILE", options.inputs,
-                        "Files to read; standard input when none, or for -");
+    command->add_option("FILE", options.inputs, "Files to read; standard input when none, or for -")
+        ->type_name("");
 }
 
 void take_threads(CLI::App *command, CommonOptions &options) {
@@ -66,7 +66,7 @@ void take_threads(CLI::App *command, CommonOptions &options) {
             "How many messages are worked on at once; 0 for one a processor. The order of what\n"
             "is printed is that of the inputs in any case")
         ->type_name("N")
-        ->check(CLI::Range(0U, 1024U));
+        ->check(CLI::Range(0U, 1024U).description(""));
 }
 
 // --- The commands --------------------------------------------------------------------------------
@@ -144,11 +144,11 @@ void add_check(CLI::App &app) {
     command->add_option("--only", only, "Names of the only findings to be said, with commas")
         ->delimiter(',')
         ->allow_extra_args(false)
-        ->type_name("NAME,...");
+        ->type_name("NAME");
     command->add_option("--ignore", ignored, "Names of findings not to be said, with commas")
         ->delimiter(',')
         ->allow_extra_args(false)
-        ->type_name("NAME,...");
+        ->type_name("NAME");
     command->add_flag("--list", list, "List the names of findings and what they mean");
     take_threads(command, common);
     command->callback([] {
@@ -227,8 +227,8 @@ void add_diff(CLI::App &app) {
                     "tree_id, id).\n\n"
                     "Exit status: 0 no differences, 1 differences, 2 a file cannot be read.\n\n"
                     "Example: kvt diff yesterday.kvt today.kvt");
-    command->add_option("A", a, "A file; - for standard input")->required();
-    command->add_option("B", b, "The file to compare it with")->required();
+    command->add_option("A", a, "A file; - for standard input")->required()->type_name("");
+    command->add_option("B", b, "The file to compare it with")->required()->type_name("");
     command->callback([] {
         if (a == standard_input && b == standard_input) {
             throw CLI::ValidationError("only one of A and B can be standard input");
@@ -320,7 +320,7 @@ void add_show(CLI::App &app) {
         "Exit status: 0 something was found, 1 nothing was, or something is no message, 2 a file\n"
         "cannot be read.\n\n"
         "Example: kvt show 'conns[3].pr_sd_to_an.sl' job.kvt");
-    command->add_option("PATH", path, "The path")->required();
+    command->add_option("PATH", path, "The path")->required()->type_name("");
     take_inputs(command, common);
     command->add_flag("-p,--with-paths", options.with_paths,
                       "Print file, line and path before each value");
@@ -350,7 +350,8 @@ void add_describe(CLI::App &app) {
     CLI::App *command =
         add_command(app, "describe", "List the kinds of messages, or the keys of one.",
                     "Example: kvt describe job_data");
-    command->add_option("KIND", word, "A kind or the name of its block; all kinds when none");
+    command->add_option("KIND", word, "A kind or the name of its block; all kinds when none")
+        ->type_name("");
     command->callback([] {
         static const kvt_str::MessageKind *kind = word.empty() ? nullptr : kind_option(word);
         chosen = [] {
@@ -370,11 +371,12 @@ void add_gen(CLI::App &app) {
         "messages are a mix, as on a day of a fabric.\n\n"
         "Example: kvt gen TOPOLOGY_INFO_REPLY --seed 1 --size 500 | kvt graph -T svg -o "
         "fabric.svg");
-    command->add_option("KIND", word, "A kind or the name of its block; a mix when none");
+    command->add_option("KIND", word, "A kind or the name of its block; a mix when none")
+        ->type_name("");
     command->add_option("--seed", options.seed, "Another number, another fabric")->type_name("N");
     command
         ->add_option("--size", options.size, "Elements of the longest lists: hosts, switches, ...")
-        ->check(CLI::Range(0U, largest_sample_size))
+        ->check(CLI::Range(0U, largest_sample_size).description(""))
         ->type_name("N")
         ->capture_default_str();
     command->add_option("-n,--count", options.count, "How many messages")

@@ -9,6 +9,7 @@
 #include "kvt/messages/job_data.h"
 #include "kvt/messages/reservations.h"
 #include "kvt/messages/topology.h"
+#include "records/records.h"
 
 namespace kvt_tool {
 namespace {

@@ -24,6 +24,21 @@ for command in "fmt" "check" "json --lines" "stat" "show job_id" "split -o parts
 done
 same "inputs stay as they are" "$(cat good.kvt)" "$(head -n 6 nul.kvt)"
 
+# Root may read everything, and so tries it as another user, if that one may come here.
+cp good.kvt secret.kvt
+chmod 000 secret.kvt
+chmod 755 .
+as_user=()
+((EUID != 0)) || as_user=(setpriv --reuid=65534 --regid=65534 --clear-groups)
+if "${as_user[@]}" test -x "$kvt"; then
+    for command in fmt check "json --lines" stat "diff good.kvt" "fmt -i"; do
+        # shellcheck disable=SC2086 # options are words
+        run "${as_user[@]}" "$kvt" $command secret.kvt
+        same "$command: a file that may not be read" 2 "$status"
+        same "$command: and why" 1 "$(grep -c 'secret.kvt.*: Permission denied' <<<"$err")"
+    done
+fi
+
 run kvt from-json . missing.json
 same "from-json: a directory and a missing file" "2 2" "$status $(wc -l <<<"$err")"
 run timeout 20 kvt from-json binary
