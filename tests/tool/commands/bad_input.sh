@@ -35,7 +35,7 @@ if "${as_user[@]}" test -x "$kvt"; then
         # shellcheck disable=SC2086 # options are words
         run "${as_user[@]}" "$kvt" $command secret.kvt
         same "$command: a file that may not be read" 2 "$status"
-        same "$command: and why" 1 "$(grep -c 'secret.kvt.*: Permission denied' <<<"$err")"
+        same "$command: and why" 1 "$(grep -m 1 -c 'secret.kvt.*: Permission denied' <<<"$err")"
     done
 fi
 
