@@ -17,7 +17,7 @@ public:
         find(unit, options_.wanted, options_.form, findings);
     }
 
-    void begin(const std::string &) {
+    void begin(const InputFile &) {
         findings_.begin();
         found_before_ = findings_.count();
     }

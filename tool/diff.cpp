@@ -43,7 +43,7 @@ private:
             waiting_.push_back(
                 {&message.kind,
                  OwnedRecord(std::exchange(message.record, nullptr), {&message.kind}), name_,
-                 message.line(), static_cast<size_t>(message.end - message.begin)});
+                 message.line, static_cast<size_t>(message.end - message.begin)});
         });
         unread.note(unit, read);
         unread_.take(unread);

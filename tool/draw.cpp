@@ -1,5 +1,9 @@
 #include "draw.h"
 
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
 #include <optional>
 
 #include "messages.h"
@@ -30,9 +34,9 @@ public:
     void work(const Unit &unit, Result &result) const {
         const bool read = read_messages(unit, [&](const ReadMessage &message) {
             if (can_draw(message.kind)) {
-                const std::string title = unit.input + ", line " + std::to_string(message.line());
+                const std::string title = unit.input + ", line " + std::to_string(message.line);
                 result.drawings.push_back(
-                    {result.messages, message.line(),
+                    {result.messages, message.line,
                      to_dot(message.kind, message.record, title, options_.detail)});
             }
             ++result.messages;
@@ -40,7 +44,7 @@ public:
         result.unread.note(unit, read);
     }
 
-    void begin(const std::string &) { unread_.begin(); }
+    void begin(const InputFile &) { unread_.begin(); }
 
     void take(Result &&result) {
         unread_.take(result.unread);
@@ -79,6 +83,14 @@ void write_drawing(const std::string &drawing, const std::string &output) {
         finish_printing();
         return;
     }
+    std::error_code none;
+    if (std::filesystem::exists(output, none) && !std::filesystem::is_regular_file(output, none)) {
+        std::ofstream device(output, std::ios::binary); // such as /dev/stdout, or a pipe
+        if (!device.write(drawing.data(), static_cast<std::streamsize>(drawing.size())).flush()) {
+            throw OutputError{output, std::strerror(errno)};
+        }
+        return;
+    }
     NewFile file(output, NewFile::Existing::may_replace);
     file.write(drawing);
     file.commit();
@@ -87,6 +99,12 @@ void write_drawing(const std::string &drawing, const std::string &output) {
 } // namespace
 
 ExitStatus draw_messages(const std::vector<std::string> &inputs, const DrawOptions &options) {
+    for (const std::string &input : inputs) {
+        std::error_code none;
+        if (!options.output.empty() && std::filesystem::equivalent(input, options.output, none)) {
+            return cannot_use(options.output, "is an input, too");
+        }
+    }
     ExitStatus status;
     DrawJob job(options);
     {

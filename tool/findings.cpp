@@ -14,6 +14,10 @@ namespace {
 constexpr size_t widest = 100;
 constexpr size_t before_place = 60;
 
+/// Findings of one message that are kept. With more, nobody looks for the last ones, and they would
+/// take far more memory than the message.
+constexpr size_t most_findings = 100000;
+
 bool continues_character(char byte) {
     return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
 }
@@ -61,13 +65,29 @@ struct Check {
 
     static int add(const kvt_finding *finding, void *user) {
         auto &check = *static_cast<Check *>(user);
-        if (check.wanted[finding->kind]) {
-            ++check.count;
+        if (check.wanted[finding->kind] && ++check.count <= most_findings) {
             check.findings.push_back({finding->kind, check.form == FindingForm::json
                                                          ? check.as_json(*finding)
                                                          : check.as_words(*finding)});
         }
         return 0;
+    }
+
+    /// Stands for the findings that are not kept.
+    Finding rest() const {
+        const size_t hidden = count - most_findings;
+        const std::string words = std::to_string(hidden) + " findings more before the next message";
+        const nlohmann::ordered_json object = {{"file", unit.input},
+                                               {"line", first_line},
+                                               {"name", "more-findings"},
+                                               {"message", words}};
+        return {
+            KVT_FINDING_KINDS,
+            form == FindingForm::json
+                ? object.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace) +
+                      "\n"
+                : unit.input + ":" + std::to_string(first_line) + ": " + words + "\n",
+            hidden};
     }
 
     uint64_t line_of(const kvt_finding &finding) const { return first_line + finding.line - 1; }
@@ -138,6 +158,9 @@ size_t find(const Unit &unit, const FindingKinds &wanted, FindingForm form,
     const auto lines_before = static_cast<uint64_t>(std::count(unit.text, text, '\n'));
     Check check{unit, text, unit.first_line + lines_before, wanted, form, findings};
     kvt_check(text, unit.length - before, Check::add, &check);
+    if (check.count > most_findings) {
+        findings.push_back(check.rest());
+    }
     return check.count;
 }
 
@@ -150,7 +173,7 @@ std::string FindingsOfInput::keep(const std::vector<Finding> &findings) {
             }
             has_carriage_return_ = true;
         }
-        ++count_;
+        count_ += finding.count;
         kept += finding.text;
     }
     return kept;

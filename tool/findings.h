@@ -24,6 +24,7 @@ enum class FindingForm {
 struct Finding {
     kvt_finding_kind kind;
     std::string text; ///< whole lines
+    size_t count = 1; ///< of the findings that it stands for
 };
 
 /// Checks a unit. Adds the findings of the wanted kinds, and returns how many there were.

@@ -29,7 +29,7 @@ public:
 
     explicit FormatJob(const FormatOptions &options) : options_(options) {}
 
-    void work(const Unit &unit, Formatted &result) const {
+    static void work(const Unit &unit, Formatted &result) {
         const size_t before = result.text.size();
         bool written = true;
         const bool read = read_messages(unit, [&](const ReadMessage &message) {
@@ -44,7 +44,7 @@ public:
         result.is_incomplete = result.is_incomplete || !written || (!read && !found);
     }
 
-    void begin(const std::string &input) {
+    void begin(const InputFile &input) {
         findings_.begin();
         likeness_ = Likeness::same;
         is_empty_ = true;
@@ -84,10 +84,14 @@ public:
     }
 
 private:
-    void begin_file(const std::string &input) {
+    void begin_file(const InputFile &input) {
         is_separator_due_ = false;
+        if (!input.usable()) {
+            return;
+        }
         try {
-            file_ = std::make_unique<NewFile>(input, NewFile::Existing::replace);
+            file_ =
+                std::make_unique<NewFile>(input.name(), NewFile::Existing::replace, input.state());
         } catch (const OutputError &error) {
             fail_file(error);
         }
@@ -120,7 +124,7 @@ private:
 
     void replace(const std::string &input) {
         if (status_ == could_not_work || (status_ != all_well && !options_.lossy)) {
-            cannot_use(input, "left as it is: its normal form would lose what is said above");
+            cannot_use(input, "left as it is, for what is said above");
             return;
         }
         try {

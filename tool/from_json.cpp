@@ -36,10 +36,22 @@ private:
 
 void fill_record(const Record &table, void *record, const Json &json, const Path &path);
 
+/// A value as it is shown in what is said of it.
 std::string excerpt(const Json &json) {
     constexpr size_t longest = 40;
-    const std::string shown = json.dump();
-    return shown.size() > longest ? shown.substr(0, longest) + "..." : shown;
+    if (json.is_array() || json.is_object()) {
+        return json.is_array() ? "a list" : "an object";
+    }
+    if (json.is_string() && json.get_ref<const std::string &>().size() > longest) {
+        return "a string of " + std::to_string(json.get_ref<const std::string &>().size()) +
+               " bytes";
+    }
+    return json.dump();
+}
+
+/// A key as it is shown: it may hold anything.
+std::string shown_key(const std::string &key) {
+    return excerpt(Json(key));
 }
 
 // --- Numbers -------------------------------------------------------------------------------------
@@ -79,10 +91,14 @@ uint64_t number_from_json(const Row &row, const Json &json, const Path &path) {
     if (is_signed(row)) {
         return signed_from_json(json, path);
     }
+    constexpr double exact_below = 1ULL << 53; // a float with more has lost digits already
     uint64_t value = 0;
-    if (json.is_number_unsigned()) {
+    if (json.is_number_unsigned() || json == 0) {
         value = json.get<uint64_t>();
-    } else if (json.is_number_integer()) {
+    } else if (json.is_number_float() && json >= 0.0 && json < exact_below &&
+               json.get<double>() == std::floor(json.get<double>())) {
+        value = static_cast<uint64_t>(json.get<double>());
+    } else if (json.is_number() && json < 0) {
         path.fail(excerpt(json) + " is negative");
     } else if (!json.is_string() || !parse_number(json.get_ref<const std::string &>(), value)) {
         path.fail(excerpt(json) + " is not a whole number of at most 64 bits");
@@ -97,13 +113,15 @@ uint64_t number_from_json(const Row &row, const Json &json, const Path &path) {
 float real_from_json(const Json &json, const Path &path) {
     if (json.is_number()) {
         const double value = json.get<double>();
-        if (std::fabs(value) <= std::numeric_limits<float>::max()) {
+        // The shortest digits of the greatest float are a little more than it.
+        constexpr double rounded_to_infinity = 0x1.ffffffp127;
+        if (std::fabs(value) < rounded_to_infinity) {
             return static_cast<float>(value);
         }
         path.fail(excerpt(json) + " does not fit into 32 bits");
     }
-    if (json == "NaN") {
-        return std::numeric_limits<float>::quiet_NaN();
+    if (json == "NaN" || json == "-NaN") {
+        return std::copysign(std::numeric_limits<float>::quiet_NaN(), json == "NaN" ? 1.0F : -1.0F);
     }
     if (json == "Infinity" || json == "-Infinity") {
         const float infinity = std::numeric_limits<float>::infinity();
@@ -152,7 +170,7 @@ void fill_text(const Row &row, void *record, const std::string &text, const Path
             path.fail("a text of " + std::to_string(text.size()) + " bytes where " +
                       std::to_string(row.capacity - 1) + " fit");
         }
-        std::memcpy(member, text.data(), text.size());
+        text.copy(member, text.size()); // the rest of the member is zero
     } else if (!text.empty()) {
         char *copy = strdup(text.c_str());
         if (copy == nullptr) {
@@ -267,7 +285,7 @@ void fill_record(const Record &table, void *record, const Json &json, const Path
     for (const auto &[key, value] : json.items()) {
         const Row *row = find_row(table, key);
         if (row == nullptr) {
-            path.fail("there is no field \"" + key + "\"");
+            path.fail("there is no field " + shown_key(key));
         }
         if (value.is_null()) {
             continue;
@@ -299,40 +317,114 @@ const MessageKind &kind_from_json(const Json &message) {
 
 } // namespace
 
-Json parse_json(std::string_view text) {
-    std::vector<std::set<std::string>> keys; // of the objects around
-    std::string repeated;
-    const auto watch = [&](int, Json::parse_event_t event, const Json &parsed) {
-        if (event == Json::parse_event_t::object_start) {
-            keys.emplace_back();
-        } else if (event == Json::parse_event_t::object_end) {
-            keys.pop_back();
-        } else if (event == Json::parse_event_t::key) {
-            const auto &key = parsed.get_ref<const std::string &>();
-            if (!keys.back().insert(key).second && repeated.empty()) {
-                repeated = key;
-            }
+namespace {
+
+/// Builds a value from what the parser finds. The library's own builder looks through all elements
+/// of a list behind each of them, and through all keys of an object before each.
+class Builder : public nlohmann::json_sax<Json> {
+public:
+    explicit Builder(std::string_view text) : text_(text) {}
+
+    Json take() { return std::move(value_); }
+
+    bool null() override { return add(nullptr); }
+
+    bool boolean(bool value) override { return add(value); }
+
+    bool number_integer(int64_t value) override { return add(value); }
+
+    bool number_unsigned(uint64_t value) override { return add(value); }
+
+    bool number_float(double value, const std::string &) override { return add(value); }
+
+    bool string(std::string &value) override { return add(std::move(value)); }
+
+    bool binary(Json::binary_t &) override { return false; }
+
+    bool start_object(size_t) override { return open(Json::object()); }
+
+    bool start_array(size_t) override { return open(Json::array()); }
+
+    bool end_object() override { return close(); }
+
+    bool end_array() override { return close(); }
+
+    bool key(std::string &key) override {
+        if (!open_.back().keys.insert(key).second) {
+            throw JsonProblem{0, "an object has the key " + shown_key(key) + " twice"};
         }
+        key_ = std::move(key);
         return true;
-    };
-    try {
-        Json json = Json::parse(text.begin(), text.end(), watch);
-        if (!repeated.empty()) {
-            throw JsonProblem{0, "an object has the key \"" + repeated + "\" twice"};
-        }
-        return json;
-    } catch (const Json::parse_error &error) {
+    }
+
+    bool parse_error(size_t position, const std::string &,
+                     const nlohmann::detail::exception &error) override {
         // "[json.exception.parse_error.101] parse error at line 1, column 2: what is wrong"
         const std::string_view what = error.what();
         const size_t colon = what.find(": ");
-        const size_t line = static_cast<size_t>(std::count(
-            text.begin(),
-            text.begin() +
-                static_cast<ptrdiff_t>(std::min(error.byte == 0 ? 0 : error.byte - 1, text.size())),
-            '\n'));
+        const size_t end = std::min(position == 0 ? 0 : position - 1, text_.size());
+        const auto lines =
+            std::count(text_.begin(), text_.begin() + static_cast<ptrdiff_t>(end), '\n');
         throw JsonProblem{
-            line + 1, std::string(colon == std::string_view::npos ? what : what.substr(colon + 2))};
+            static_cast<size_t>(lines) + 1,
+            std::string(what.substr(colon == std::string_view::npos ? 0 : colon + 2))};
     }
+
+private:
+    /// More than any record has by far; what is deeper is no message, and would only fill the
+    /// stack.
+    static constexpr size_t deepest = 64;
+
+    struct Open {
+        Json *value;
+        std::set<std::string> keys; ///< of an object, so far
+    };
+
+    Json *place(Json &&value) {
+        if (open_.empty()) {
+            value_ = std::move(value);
+            return &value_;
+        }
+        if (open_.back().value->is_array()) {
+            auto &list = open_.back().value->get_ref<Json::array_t &>();
+            return &list.emplace_back(std::move(value));
+        }
+        auto &members = static_cast<Json::object_t::Container &>(
+            open_.back().value->get_ref<Json::object_t &>());
+        return &members.emplace_back(std::move(key_), std::move(value)).second;
+    }
+
+    bool add(Json value) {
+        place(std::move(value));
+        return true;
+    }
+
+    bool open(Json &&value) {
+        if (open_.size() == deepest) {
+            throw JsonProblem{0, "lists and objects are nested more than " +
+                                     std::to_string(deepest) + " deep"};
+        }
+        open_.push_back({place(std::move(value)), {}});
+        return true;
+    }
+
+    bool close() {
+        open_.pop_back();
+        return true;
+    }
+
+    std::string_view text_;
+    Json value_;
+    std::vector<Open> open_; ///< the lists and objects around
+    std::string key_;
+};
+
+} // namespace
+
+Json parse_json(std::string_view text) {
+    Builder builder(text);
+    Json::sax_parse(text.begin(), text.end(), &builder);
+    return builder.take();
 }
 
 OwnedMessage from_json(const Json &message) {
@@ -346,7 +438,7 @@ OwnedMessage from_json(const Json &message) {
         if (key == kind.block) {
             fill_record(*kind.record, made.record(), value, Path(key));
         } else if (key != "type") {
-            throw JsonProblem{0, "there is no \"" + key + "\" in a message of the kind " +
+            throw JsonProblem{0, "there is no " + shown_key(key) + " in a message of the kind " +
                                      kind.name + ", only \"" + kind.block + "\""};
         }
     }

@@ -16,12 +16,15 @@
 #endif
 
 #ifdef KVT_FINDS_LEAKS
+// NOLINTBEGIN(bugprone-reserved-identifier): the sanitizer looks for this name
 extern "C" const char *__lsan_default_suppressions();
 
 /// The libraries that draw keep what they have read of fonts and plugins until the process ends.
 extern "C" const char *__lsan_default_suppressions() {
     return "leak:libgvc\nleak:libfontconfig\nleak:libglib\nleak:libpango\n";
 }
+
+// NOLINTEND(bugprone-reserved-identifier)
 #endif
 
 namespace kvt_tool {

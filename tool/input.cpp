@@ -15,10 +15,21 @@ std::string shown_name(const std::string &name) {
     return name == standard_input ? "(standard input)" : name;
 }
 
+FileState state_of(int file) {
+    struct stat status;
+    if (fstat(file, &status) != 0) {
+        return {};
+    }
+    return {status.st_dev, status.st_ino, status.st_size, status.st_mtim.tv_sec,
+            status.st_mtim.tv_nsec};
+}
+
 InputFile::InputFile(const std::string &name) : name_(shown_name(name)) {
     file_ = name == standard_input ? STDIN_FILENO : open(name.c_str(), O_RDONLY | O_CLOEXEC);
     if (file_ < 0) {
         fail();
+    } else {
+        state_ = state_of(file_);
     }
 }
 

@@ -14,6 +14,21 @@ inline constexpr char standard_input[] = "-";
 /// The name of an input as it is shown in messages.
 std::string shown_name(const std::string &name);
 
+/// Which file a name stands for, and in what state. It differs when another program has written the
+/// file or put another one in its place.
+struct FileState {
+    uint64_t device = 0;
+    uint64_t number = 0;
+    int64_t size = 0;
+    int64_t seconds = 0; ///< of the last change
+    int64_t nanoseconds = 0;
+
+    bool operator==(const FileState &) const = default;
+};
+
+/// The state of a file that is open; an empty one where that cannot be told.
+FileState state_of(int file);
+
 /// A file, pipe or standard input that is read from beginning to end.
 class InputFile {
 public:
@@ -28,6 +43,9 @@ public:
     /// The name as it is shown in messages.
     const std::string &name() const { return name_; }
 
+    /// What the file was when it was opened.
+    const FileState &state() const { return state_; }
+
     /// Reads up to `room` bytes to `to`. Returns how many: 0 at the end, and when something is
     /// wrong, which is said; then it is not usable any more.
     size_t read(char *to, size_t room);
@@ -37,6 +55,7 @@ private:
 
     std::string name_;
     int file_ = -1;
+    FileState state_;
     bool usable_ = true;
 };
 

@@ -8,6 +8,7 @@
 #include "messages.h"
 #include "output.h"
 #include "pipeline.h"
+#include "record_content.h"
 #include "write_text.h"
 
 namespace kvt_tool {
@@ -25,7 +26,7 @@ struct Converted {
 // --- To JSON -------------------------------------------------------------------------------------
 
 /// A list for people has each message indented by two blanks.
-std::string in_list(std::string json) {
+std::string in_list(const std::string &json) {
     std::string indented = "  ";
     for (const char character : json) {
         indented += character;
@@ -57,7 +58,7 @@ public:
         }
     }
 
-    void begin(const std::string &) {
+    void begin(const InputFile &) {
         findings_.begin();
         status_ = all_well;
     }
@@ -98,48 +99,49 @@ private:
 
 // --- From JSON -----------------------------------------------------------------------------------
 
-/// A message that has been made of JSON, and how it is named in what is said of it.
-struct Made {
-    const MessageKind &kind;
-    std::string_view text;
-    std::string name;
-    std::string &words;
-};
-
-/// Says what the reader would lose of the text: quotes and braces within its texts, mostly.
-void say_losses(const Made &made) {
-    const std::string text(made.text);
-    std::string again;
+/// What the reader would lose of a message's text: quotes and braces within its texts, mostly.
+/// Empty when it reads just the same message.
+std::string losses_of(const OwnedMessage &made, const std::string &text) {
     const std::string no_name;
     const Unit unit{no_name, text.c_str(), text.size(), 1, 0, false};
-    read_messages(
-        unit, [&](const ReadMessage &message) { add_text(message.kind, message.record, again); });
-    if (text == again) {
-        return;
+    size_t messages = 0;
+    bool same = false;
+    const bool read = read_messages(unit, [&](const ReadMessage &message) {
+        ++messages;
+        same = message.kind.value == made.kind().value &&
+               same_content(*made.kind().record, made.record(), message.record);
+    });
+    if (read && same && messages == 1) {
+        return "";
     }
-    const auto say = [](const kvt_finding *finding, void *words) {
-        const auto &message = *static_cast<const Made *>(words);
-        message.words += message.name + ": cannot be read back: " + finding->path + ": " +
-                         finding->message + "\n";
+    std::string losses;
+    const auto add = [](const kvt_finding *finding, void *user) {
+        auto &words = *static_cast<std::string *>(user);
+        words += words.empty() ? "" : "; ";
+        words += std::string(finding->path) + ": " + finding->message;
         return 0;
     };
-    kvt_check(text.data(), text.size(), say, const_cast<Made *>(&made));
+    kvt_check(text.data(), text.size(), add, &losses);
+    return losses.empty() ? "the reader would take it for something else" : losses;
 }
 
 class FromJsonJob {
 public:
     using Result = Converted;
 
-    void work(const Unit &unit, Converted &result) const {
-        const size_t before = result.text.size();
+    static void work(const Unit &unit, Converted &result) {
         const std::string place = unit.input + ":" + std::to_string(unit.first_line);
         try {
             const OwnedMessage made = from_json(parse_json({unit.text, unit.length}));
-            if (!add_text(made.kind(), made.record(), result.text)) {
+            std::string text;
+            if (!add_text(made.kind(), made.record(), text)) {
                 throw JsonProblem{0, "the message's text takes 4 GiB or more"};
             }
-            say_losses(
-                {made.kind(), std::string_view(result.text).substr(before), place, result.words});
+            const std::string losses = losses_of(made, text);
+            if (!losses.empty()) {
+                throw JsonProblem{0, "the message could not be read back: " + losses};
+            }
+            result.text += text;
         } catch (const JsonProblem &problem) {
             const uint64_t line = unit.first_line + (problem.line > 0 ? problem.line - 1 : 0);
             result.words += unit.input + ":" + std::to_string(line) + ": " + problem.what + "\n";
@@ -149,7 +151,7 @@ public:
         }
     }
 
-    void begin(const std::string &) { status_ = all_well; }
+    void begin(const InputFile &) { status_ = all_well; }
 
     void take(Converted &&result) {
         if (!result.words.empty()) {

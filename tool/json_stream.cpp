@@ -1,5 +1,6 @@
 #include "json_stream.h"
 
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -19,11 +20,13 @@ bool JsonStream::skip_to_value(size_t &at) {
         const char character = pending_[at];
         if (at_beginning_ && character == '[') {
             in_list_ = true;
-        } else if (!is_space(character) && !(in_list_ && (character == ',' || character == ']'))) {
+            at_beginning_ = false;
+        } else if (in_list_ && character == ']') {
+            in_list_ = false;
+        } else if (!is_space(character) && !(in_list_ && character == ',')) {
             at_beginning_ = false;
             return true;
         }
-        at_beginning_ = at_beginning_ && is_space(character);
     }
     return false;
 }
@@ -33,12 +36,12 @@ bool JsonStream::find_end(Scan &scan) const {
     for (; scan.at < pending_.size(); ++scan.at) {
         const char character = pending_[scan.at];
         if (character == '\n') {
-            // No value but a new one has a brace without indentation: one that is broken does not
-            // take those behind it along.
-            if (scan.at + 1 == pending_.size() && !ended_) {
+            // On a line of its own, and with its first key beside the brace, begins a new message:
+            // one that is broken does not take those behind it along.
+            if (scan.at + 2 >= pending_.size() && !ended_) {
                 return false;
             }
-            if (scan.depth == 0 || pending_[scan.at + 1] == '{') {
+            if (scan.depth == 0 || pending_.compare(scan.at + 1, 2, "{\"") == 0) {
                 return true;
             }
         } else if (scan.in_string) {
@@ -62,18 +65,30 @@ bool JsonStream::find_end(Scan &scan) const {
     return ended_;
 }
 
+/// A list that is not closed is a value that the parser will not take.
+std::unique_ptr<UnitBatch> JsonStream::take_open_list() {
+    in_list_ = false;
+    drop(pending_.size());
+    pending_ = "[";
+    return take(1, {{0, 1}});
+}
+
 std::unique_ptr<UnitBatch> JsonStream::next() {
     fill();
+    constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
+    if (at_beginning_ && pending_.starts_with(byte_order_mark)) {
+        drop(byte_order_mark.size());
+    }
     std::vector<std::pair<size_t, size_t>> parts;
     Scan scan;
     for (;;) {
         size_t begin = scan.at;
         if (!skip_to_value(begin)) {
-            if (ended_) {
-                break;
-            }
             if (!parts.empty()) {
                 return take(begin, std::move(parts));
+            }
+            if (ended_) {
+                break;
             }
             drop(begin);
             scan = {};
@@ -91,8 +106,11 @@ std::unique_ptr<UnitBatch> JsonStream::next() {
         }
         parts.emplace_back(begin, scan.at);
     }
-    if (parts.empty() || !usable()) {
+    if (!usable()) {
         return nullptr;
+    }
+    if (parts.empty()) {
+        return in_list_ ? take_open_list() : nullptr;
     }
     const size_t length = parts.back().second;
     return take(length, std::move(parts));

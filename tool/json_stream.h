@@ -28,6 +28,7 @@ private:
 
     bool skip_to_value(size_t &at);
     bool find_end(Scan &scan) const;
+    std::unique_ptr<UnitBatch> take_open_list();
 
     bool at_beginning_ = true; ///< nothing but blanks so far
     bool in_list_ = false;

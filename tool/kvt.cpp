@@ -1,9 +1,14 @@
 // The kvt command: what the command line says, and which command does it.
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
+#include <cerrno>
 #include <cstdlib>
+#include <cstring>
 #include <functional>
+#include <iostream>
 #include <new>
 #include <thread>
 
@@ -100,6 +105,11 @@ void add_fmt(CLI::App &app) {
                       "Show the codec's traces on standard error: fields read, lines skipped");
     take_threads(command, common);
     command->callback([] {
+        const bool reads_standard_input =
+            std::ranges::find(common.inputs, standard_input) != common.inputs.end();
+        if (options.to == FormatOptions::To::their_files && reads_standard_input) {
+            throw CLI::ValidationError("-i takes names of files, and no standard input");
+        }
         chosen = [] {
             if (verbose) {
                 log_cb = kvt_log_to_stderr;
@@ -127,7 +137,8 @@ FindingKinds kinds_of_names(const std::vector<std::string> &names) {
 void add_check(CLI::App &app) {
     static CommonOptions common;
     static CheckOptions options;
-    static std::vector<std::string> only, ignored;
+    static std::vector<std::string> only;
+    static std::vector<std::string> ignored;
     static std::string format = "text";
     static bool list = false;
     CLI::App *command = add_command(
@@ -220,7 +231,8 @@ void add_from_json(CLI::App &app) {
 }
 
 void add_diff(CLI::App &app) {
-    static std::string a, b;
+    static std::string a;
+    static std::string b;
     CLI::App *command =
         add_command(app, "diff", "Show what differs between the messages of two files.",
                     "Messages are matched by kind and identity, elements of lists by theirs (guid, "
@@ -339,8 +351,11 @@ void add_show(CLI::App &app) {
 
 const kvt_str::MessageKind *kind_option(const std::string &word) {
     const kvt_str::MessageKind *kind = kind_of_word(word);
-    if (kind == nullptr || kind->record == nullptr) {
+    if (kind == nullptr) {
         throw CLI::ValidationError("KIND: " + unknown_kind(word));
+    }
+    if (kind->record == nullptr) {
+        throw CLI::ValidationError(std::string("KIND: ") + kind->name + " carries no record");
     }
     return kind;
 }
@@ -409,9 +424,31 @@ ExitStatus run() {
     }
 }
 
+/// A file that is opened must not become standard output or standard error, where these are closed.
+void occupy_closed_streams() {
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (fcntl(stream, F_GETFD) < 0) {
+            // Standard output cannot be written then, which is said as for any other reason.
+            open("/dev/null", stream == STDERR_FILENO ? O_WRONLY : O_RDONLY);
+        }
+    }
+}
+
 } // namespace
 
 int main(int argc, char **argv) {
+    occupy_closed_streams();
+    // The command line's parser would take a name in brackets for a list of names.
+    std::vector<std::string> words(argv, argv + argc);
+    for (std::string &word : words) {
+        if (word.starts_with('[') && word.ends_with(']')) {
+            word.insert(0, "./");
+        }
+    }
+    std::vector<const char *> arguments;
+    for (const std::string &word : words) {
+        arguments.push_back(word.c_str());
+    }
     CLI::App app("Works on messages in the text form of the kvt_str codec.", "kvt");
     app.set_version_flag("--version", "kvt " KVT_VERSION);
     app.require_subcommand(1);
@@ -422,9 +459,13 @@ int main(int argc, char **argv) {
         add(app);
     }
     try {
-        app.parse(argc, argv);
+        app.parse(argc, arguments.data());
     } catch (const CLI::ParseError &error) {
-        return app.exit(error) == 0 ? all_well : could_not_work;
+        const int wrong_usage = app.exit(error);
+        if (!std::cout.flush()) {
+            return cannot_use("standard output", std::strerror(errno));
+        }
+        return wrong_usage == 0 ? all_well : could_not_work;
     }
     return run();
 }

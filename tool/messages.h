@@ -19,10 +19,7 @@ struct ReadMessage {
     const Unit &unit;
     const char *begin; ///< in the unit's text
     const char *end;   ///< behind its closing line, and behind the blank lines below
-
-    uint64_t line() const {
-        return unit.first_line + static_cast<uint64_t>(std::count(unit.text, begin, '\n'));
-    }
+    uint64_t line;     ///< of its begin, in the input
 };
 
 /// The first line that begins a message, from the line after `at` on, or the text's end.
@@ -40,7 +37,11 @@ const char *read_one(kvt_str::Input &input, const char *at, const kvt_str::Messa
 template <typename Work> bool read_messages(const Unit &unit, Work work) {
     kvt_str::Input input{kvt_str::Text(unit.text), kvt_str::Counts::agree};
     bool complete = input.text.end() == unit.text + unit.length;
+    uint64_t line = unit.first_line;
+    const char *counted = unit.text;
     for (const char *at = kvt_str::skip_blanks(unit.text); *at != '\0';) {
+        line += static_cast<uint64_t>(std::count(counted, at, '\n'));
+        counted = at;
         if (!kvt_str::begins_message(at)) {
             complete = false;
             at = find_next_message(at);
@@ -55,7 +56,7 @@ template <typename Work> bool read_messages(const Unit &unit, Work work) {
             at = find_next_message(at);
             continue;
         }
-        ReadMessage message{*kind, record, unit, at, end};
+        ReadMessage message{*kind, record, unit, at, end, line};
         work(message);
         if (message.record != nullptr) {
             kvt_msg_release(static_cast<int32_t>(kind->value), message.record);

@@ -68,13 +68,40 @@ void finish_printing() {
     }
 }
 
-NewFile::NewFile(const std::string &name, Existing existing) : name_(name), existing_(existing) {
-    char *resolved = existing != Existing::keep ? realpath(name.c_str(), nullptr) : nullptr;
-    if (resolved != nullptr) {
+namespace {
+
+/// The permissions of a new file: those of the file that it replaces, and its owner. Without the
+/// owner, no more than the permissions of the file's own user.
+void copy_status(int file, const struct stat &status) {
+    const bool owned = fchown(file, status.st_uid, status.st_gid) == 0;
+    fchmod(file, status.st_mode & (owned ? 07777 : 0700));
+}
+
+void set_usual_permissions(int file) {
+    const mode_t mask = umask(0);
+    umask(mask);
+    fchmod(file, 0666 & ~mask);
+}
+
+} // namespace
+
+NewFile::NewFile(const std::string &name, Existing existing, const FileState &state)
+    : name_(name), state_(state), existing_(existing) {
+    struct stat status;
+    const bool replaces = existing != Existing::keep && stat(name.c_str(), &status) == 0;
+    if (replaces && !S_ISREG(status.st_mode)) {
+        throw OutputError{name_, "not a regular file"};
+    }
+    if (existing == Existing::replace && !replaces) {
+        fail();
+    }
+    if (replaces) {
+        char *resolved = realpath(name.c_str(), nullptr);
+        if (resolved == nullptr) {
+            fail();
+        }
         name_ = resolved;
         std::free(resolved);
-    } else if (existing == Existing::replace) {
-        fail();
     }
     temporary_ = name_ + ".XXXXXX";
     file_ = mkostemp(temporary_.data(), O_CLOEXEC);
@@ -83,12 +110,10 @@ NewFile::NewFile(const std::string &name, Existing existing) : name_(name), exis
         fail();
     }
     remember_unfinished(temporary_);
-    if (resolved != nullptr) {
-        copy_status(name_);
+    if (replaces) {
+        copy_status(file_, status);
     } else {
-        const mode_t mask = umask(0);
-        umask(mask);
-        fchmod(file_, 0666 & ~mask);
+        set_usual_permissions(file_);
     }
 }
 
@@ -106,19 +131,14 @@ void NewFile::fail() const {
     throw OutputError{name_, std::strerror(errno)};
 }
 
-/// Permissions and owner, as far as this user may set them: without the owner, no more than the
-/// permissions that the file's own user has.
-void NewFile::copy_status(const std::string &from) const {
-    struct stat status;
-    if (stat(from.c_str(), &status) != 0) {
-        fail();
+void NewFile::check_state() const {
+    const int file = open(name_.c_str(), O_RDONLY | O_CLOEXEC);
+    const FileState now = file >= 0 ? state_of(file) : FileState{};
+    if (file >= 0) {
+        close(file);
     }
-    if (!S_ISREG(status.st_mode)) {
-        throw OutputError{name_, "not a regular file"};
-    }
-    const bool owned = fchown(file_, status.st_uid, status.st_gid) == 0;
-    if (fchmod(file_, status.st_mode & (owned ? 07777 : 0700)) != 0) {
-        fail();
+    if (now != state_) {
+        throw OutputError{name_, "left as it is: it has changed meanwhile"};
     }
 }
 
@@ -134,11 +154,14 @@ void NewFile::write(std::string_view data) {
 
 void NewFile::commit() {
     // What takes the place of a file must outlive a crash as that one would have.
-    if (existing_ == Existing::replace && fsync(file_) != 0) {
+    if (existing_ != Existing::keep && fsync(file_) != 0) {
         fail();
     }
     if (close(std::exchange(file_, -1)) != 0) {
         fail();
+    }
+    if (state_ != FileState{}) {
+        check_state();
     }
     // A link to the new name is refused where there is one already; a rename is not.
     const int placed = existing_ != Existing::keep ? std::rename(temporary_.c_str(), name_.c_str())

@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "input.h"
+
 namespace kvt_tool {
 
 /// Thrown when data cannot be written. `reason` is empty when nobody reads it any more.
@@ -23,13 +25,15 @@ void finish_printing();
 class NewFile {
 public:
     enum class Existing {
-        replace,     ///< with its permissions and owner; a symbolic link stays one
+        replace,     ///< with its permissions, and its owner as far as this user may set it; a
+                     ///< symbolic link stays one, a hard link does not
         may_replace, ///< that, or there is none
         keep,        ///< and refuse
     };
 
-    /// Begins a file beside `name`.
-    NewFile(const std::string &name, Existing existing);
+    /// Begins a file beside `name`. A file that is to be replaced is to be in that state still when
+    /// this one is put in place, where a state is given.
+    NewFile(const std::string &name, Existing existing, const FileState &state = {});
     ~NewFile();
     NewFile(const NewFile &) = delete;
     NewFile &operator=(const NewFile &) = delete;
@@ -41,9 +45,10 @@ public:
 
 private:
     [[noreturn]] void fail() const;
-    void copy_status(const std::string &from) const;
+    void check_state() const;
 
     std::string name_;
+    FileState state_;
     std::string temporary_;
     Existing existing_;
     int file_ = -1;

@@ -19,8 +19,8 @@ namespace kvt_tool {
 ///
 /// Job has a type Result, which starts empty, and these functions:
 ///
-///     void work(const Unit &, Result &) const     on any thread; of a result one after the other
-///     void begin(const std::string &input)        these on the calling one, in the inputs' order
+///     void work(const Unit &, Result &)           static or const, on any thread
+///     void begin(const InputFile &)                these on the calling one, in the inputs' order
 ///     void take(Result &&)
 ///     ExitStatus end(const std::string &input, bool whole)
 ///
@@ -33,8 +33,9 @@ public:
 
     ExitStatus run(const std::vector<std::string> &inputs) {
         for (const std::string &name : inputs) {
-            InputFile input(name);
-            waiting_.push_back([this, name] { job_.begin(name); });
+            const auto opened = std::make_shared<InputFile>(name);
+            InputFile &input = *opened;
+            waiting_.push_back([this, opened] { job_.begin(*opened); });
             Stream stream(input);
             while (std::shared_ptr<UnitBatch> batch = input.usable() ? stream.next() : nullptr) {
                 add(std::move(batch));

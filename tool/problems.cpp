@@ -16,7 +16,7 @@ void say(const std::string &lines) {
     if (before_saying) {
         before_saying();
     }
-    std::fputs(lines.c_str(), stderr);
+    std::fwrite(lines.data(), 1, lines.size(), stderr);
 }
 
 ExitStatus cannot_use(const std::string &name, const std::string &reason) {

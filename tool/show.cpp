@@ -22,7 +22,7 @@ public:
         const bool read = read_messages(unit, [&](const ReadMessage &message) {
             path_.each(message.kind, message.record, [&](const FoundField &found) {
                 if (options_.with_paths) {
-                    result.text += unit.input + ":" + std::to_string(message.line()) + ": ";
+                    result.text += unit.input + ":" + std::to_string(message.line) + ": ";
                     result.text.append(found.path) += ": ";
                 }
                 result.text += found.value() + "\n";
@@ -31,7 +31,7 @@ public:
         result.unread.note(unit, read);
     }
 
-    void begin(const std::string &) { unread_.begin(); }
+    void begin(const InputFile &) { unread_.begin(); }
 
     void take(Result &&result) {
         unread_.take(result.unread);

@@ -28,14 +28,14 @@ public:
 
     explicit SplitJob(const std::string &folder) : folder_(folder) {}
 
-    void work(const Unit &unit, Result &result) const {
+    static void work(const Unit &unit, Result &result) {
         const bool read = read_messages(unit, [&](const ReadMessage &message) {
             result.messages.emplace_back(message.kind.block, text_of(message));
         });
         result.unread.note(unit, read);
     }
 
-    void begin(const std::string &) { unread_.begin(); }
+    void begin(const InputFile &) { unread_.begin(); }
 
     void take(Result &&result) {
         unread_.take(result.unread);

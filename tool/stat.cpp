@@ -17,7 +17,7 @@ public:
         Unread unread;
     };
 
-    void work(const Unit &unit, Result &result) const {
+    static void work(const Unit &unit, Result &result) {
         const bool read = read_messages(unit, [&](const ReadMessage &message) {
             const auto length = static_cast<uint64_t>(message.end - message.begin);
             result.statistics.add(message.kind, message.record, length);
@@ -25,7 +25,7 @@ public:
         result.unread.note(unit, read);
     }
 
-    void begin(const std::string &) { unread_.begin(); }
+    void begin(const InputFile &) { unread_.begin(); }
 
     void take(Result &&result) {
         statistics_.merge(result.statistics);

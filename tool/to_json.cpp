@@ -14,7 +14,7 @@ Json record_to_json(const Record &table, const void *record, const JsonForm &for
 
 std::string hexadecimal(uint64_t value, size_t digits) {
     char characters[16];
-    const auto end = std::to_chars(characters, characters + sizeof characters, value, 16).ptr;
+    char *end = std::to_chars(characters, characters + sizeof characters, value, 16).ptr;
     const std::string shown(characters, end);
     return std::string(digits - std::min(digits, shown.size()), '0') + shown;
 }
@@ -32,14 +32,14 @@ Json number_to_json(const Row &row, uint64_t value, const JsonForm &form) {
 
 Json real_to_json(float value) {
     if (std::isnan(value)) {
-        return "NaN";
+        return std::signbit(value) ? "-NaN" : "NaN"; // the text form has both
     }
     if (std::isinf(value)) {
         return value > 0 ? "Infinity" : "-Infinity";
     }
     // The shortest digits that tell the float, not those of the double next to it.
     char digits[32];
-    const auto end = std::to_chars(digits, digits + sizeof digits, value).ptr;
+    const char *end = std::to_chars(digits, digits + sizeof digits, value).ptr;
     double shortest = 0;
     std::from_chars(digits, end, shortest);
     return shortest;

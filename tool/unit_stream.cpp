@@ -17,9 +17,24 @@ bool is_blank(char character) {
 
 } // namespace
 
+/// Where the brace stands that makes a message of the word at `word`: behind blanks only. The end
+/// of what has been read when that may come, npos when it does not.
+size_t UnitStream::find_opening(size_t word) const {
+    const size_t farthest = word + 3 + long_unit; // more blanks than that are none of a message
+    size_t at = word + 3;
+    while (at < pending_.size() && at < farthest && is_blank(pending_[at])) {
+        ++at;
+    }
+    if (at == pending_.size()) {
+        return ended_ ? std::string::npos : at;
+    }
+    return pending_[at] == '{' ? at : std::string::npos;
+}
+
 void UnitStream::begin_unit(size_t start) {
     const size_t first = pending_.find_first_not_of(" \t\n", start);
-    const bool is_message = first != std::string::npos && pending_.compare(first, 3, "msg") == 0;
+    const bool is_message = first != std::string::npos && pending_.compare(first, 3, "msg") == 0 &&
+                            find_opening(first) != std::string::npos;
     // Searched once for many short units: what holds for one message does for those within.
     const size_t searched = is_message && scan_.is_message ? scan_.searched : start;
     scan_ = Scan{.start = start, .is_message = is_message, .searched = searched, .counted = start};
@@ -42,20 +57,16 @@ bool UnitStream::find_next_beginning(size_t &beginning) {
             return false;
         }
         const auto word = static_cast<size_t>(static_cast<const char *>(found) - text);
+        const size_t brace = find_opening(word);
+        if (brace == pending_.size()) {
+            scan_.searched = word;
+            return false;
+        }
         size_t line = word;
         while (!scan_.is_message && line > scan_.start && is_blank(text[line - 1])) {
             --line;
         }
-        size_t brace = word + 3;
-        while (brace < pending_.size() && is_blank(text[brace])) {
-            ++brace;
-        }
-        if (brace == pending_.size() && !ended_) {
-            scan_.searched = word;
-            return false;
-        }
-        if (line > scan_.start && text[line - 1] == '\n' && brace < pending_.size() &&
-            text[brace] == '{') {
+        if (line > scan_.start && text[line - 1] == '\n' && brace != std::string::npos) {
             scan_.searched = word; // this unit may end before it, and the next one find it again
             beginning = line;
             return true;
@@ -136,6 +147,9 @@ std::unique_ptr<UnitBatch> UnitStream::next() {
     fill();
     if (!usable() || pending_.empty()) {
         return nullptr;
+    }
+    if (!ended_ && pending_.find_first_not_of(" \t\n") == std::string::npos) {
+        return take_units({0}, pending_.size());
     }
     std::vector<size_t> starts = {0};
     scan_ = {};

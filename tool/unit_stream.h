@@ -29,13 +29,15 @@ private:
     /// What is known of the unit that begins at `start`.
     struct Scan {
         size_t start = 0;
-        bool is_message = false;
-        size_t searched = 0; ///< up to here no message begins behind `start`
-        size_t counted = 0;  ///< up to here braces are counted, whole lines
+        bool is_message = false; ///< it begins with "msg {"
+        size_t searched =
+            0;              ///< no message begins between `start` and here; the search goes on here
+        size_t counted = 0; ///< up to here braces are counted, whole lines
         int64_t depth = 0;
         bool opened = false;
     };
 
+    size_t find_opening(size_t word) const;
     void begin_unit(size_t start);
     bool find_next_beginning(size_t &beginning);
     bool find_closing_line(size_t limit, size_t &end);

@@ -175,6 +175,46 @@ TEST(FromJson, SaysWhatARecordCannotHold) {
               "0: job_data.conns[1].qp_child_idxs[1]: 255 ends such a list, and cannot be in it");
 }
 
+TEST(FromJson, IsNotLedAstrayByWhatIsDeepOrLong) {
+    const std::string deep(100000, '[');
+    EXPECT_EQ(problem_of(deep), "0: lists and objects are nested more than 64 deep");
+    std::string list = R"({"type":"JOB_DATA","job_data":{"conns":[{})";
+    std::string keys = R"({"type":"END_JOB","end_job":{"k":0)";
+    for (int i = 0; i < 300000; ++i) {
+        list += ",{}";
+        keys += ",\"k" + std::to_string(i) + "\":1";
+    }
+    EXPECT_EQ(problem_of(list + "]}}"), "");
+    EXPECT_EQ(problem_of(keys + "}}"), "0: end_job: there is no field \"k\"");
+}
+
+TEST(FromJson, TakesWholeNumbersInOtherSpellings) {
+    for (const char *number : {"5.0", "5e0", "500e-2"}) {
+        EXPECT_EQ(
+            lines_of(std::string(R"({"type":"END_JOB","end_job":{"job_id":)") + number + "}}"),
+            "    job_id: 5\n");
+    }
+    EXPECT_EQ(lines_of(R"({"type":"END_JOB","end_job":{"job_id":-0,"reservation_id":0.0}})"), "");
+    EXPECT_NE(problem_of(R"({"type":"END_JOB","end_job":{"job_id":1e16}})"), "");
+}
+
+TEST(FromJson, ShowsKeysWithoutTheirControlCharacters) {
+    EXPECT_EQ(problem_of(R"({"type":"END_JOB","end_job":{"a\u0000\u001b":1}})"),
+              R"(0: end_job: there is no field "a\u0000\u001b")");
+}
+
+TEST(Json, KeepsEveryFloat) {
+    for (const char *value :
+         {"3.4028235e38", "-3.4028235e38", "1e-45", "-0.0", "0.1", "16777217"}) {
+        const std::string text = std::string("quota_percentage: ") + value + "\n";
+        const std::string json = json_of(VEMRA_MSG_TYPE_BEGIN_JOB, text);
+        EXPECT_EQ(problem_of(json), "") << json;
+    }
+    EXPECT_NE(lines_of(json_of(VEMRA_MSG_TYPE_BEGIN_JOB, "quota_percentage: -nan\n"))
+                  .find("quota_percentage: -nan\n"),
+              std::string::npos);
+}
+
 TEST(FromJson, SaysWhatIsNoMessage) {
     EXPECT_EQ(problem_of("5"), "0: not an object with a \"type\": 5");
     EXPECT_EQ(problem_of(R"({"type":"NONE"})"),
@@ -236,8 +276,22 @@ TEST(JsonStream, TakesValuesOnLinesOneAfterTheOtherAndInAList) {
 }
 
 TEST(JsonStream, GoesOnBehindAValueThatIsBroken) {
-    EXPECT_EQ(values_of("{\"a\": \"\n{}\nx y\n{}"),
-              (Values{"1: {\"a\": \"", "2: {}", "3: x", "3: y", "4: {}"}));
+    EXPECT_EQ(values_of("{\"a\": \"\n{\"b\": 1}\nx y\n{}"),
+              (Values{"1: {\"a\": \"", "2: {\"b\": 1}", "3: x", "3: y", "4: {}"}));
+}
+
+TEST(JsonStream, TakesValuesWhoseNestedBracesStandWithoutIndentation) {
+    EXPECT_EQ(values_of("{\n\"a\": [\n{\n}\n]\n}\n{}"),
+              (Values{"1: {\n\"a\": [\n{\n}\n]\n}", "7: {}"}));
+}
+
+TEST(JsonStream, PassesOverAByteOrderMark) {
+    EXPECT_EQ(values_of("\xEF\xBB\xBF[{}]"), (Values{"1: {}"}));
+}
+
+TEST(JsonStream, HasAListThatIsNotClosedAsAValueThatIsNone) {
+    EXPECT_EQ(values_of("[{},\n{}"), (Values{"1: {}", "2: {}", "2: ["}));
+    EXPECT_EQ(values_of("["), (Values{"1: ["}));
 }
 
 TEST(JsonStream, KeepsALargeValueWhole) {

@@ -119,6 +119,28 @@ TEST(UnitStream, FindsAMessageBehindALineThatNeverEnds) {
     EXPECT_EQ(parts[1], (Part{message, 2, line.size() + 1}));
 }
 
+TEST(UnitStream, FindsAMessageBehindManyBlanks) {
+    for (const std::string &before : {std::string(), message}) {
+        const std::string blanks(3 * UnitStream::long_unit, ' ');
+        const std::vector<Part> parts = parts_of(before + blanks + message);
+        ASSERT_FALSE(parts.empty());
+        EXPECT_TRUE(parts.back().text.ends_with(message));
+        std::string all;
+        for (const Part &part : parts) {
+            all += part.text;
+        }
+        EXPECT_EQ(all, before + blanks + message);
+    }
+}
+
+TEST(UnitStream, TakesMuchTextBehindAWordForNoMessage) {
+    const std::vector<Part> parts =
+        parts_of("msgs are here\n" + repeat(UnitStream::long_unit, "words\n") + message);
+    ASSERT_EQ(parts.size(), 2U);
+    EXPECT_EQ(parts[0].text.size(), size_t{1} << 16);
+    EXPECT_EQ(parts[1].text, message);
+}
+
 TEST(UnitStream, KeepsNulCharacters) {
     const std::string text("msg {\n\0\n}\n", 10);
     EXPECT_EQ(parts_of(text), (std::vector<Part>{{text, 1, 0}}));

@@ -51,7 +51,7 @@ cp unknown.kvt kept.kvt
 run kvt fmt -i kept.kvt untidy.kvt
 same "a file that would lose something is left as it is" "1 $(cat unknown.kvt)" \
     "$status $(cat kept.kvt)"
-same "and said" "kvt: kept.kvt: left as it is: its normal form would lose what is said above" \
+same "and said" "kvt: kept.kvt: left as it is, for what is said above" \
     "$(tail -n 1 <<<"$err")"
 same "the others are put in normal form" "$(cat good.kvt)" "$(cat untidy.kvt)"
 run kvt fmt -i --lossy kept.kvt
@@ -74,6 +74,20 @@ cp many.kvt large.kvt
 same "a file that cannot be written as a whole is left as it is" same \
     "$(cmp -s many.kvt large.kvt && echo same)"
 same "and nothing is left of the new one" "large.kvt" "$(echo large.kvt*)"
+
+cp unknown.kvt '[a.kvt]'
+cp unknown.kvt a.kvt
+run kvt fmt -i --lossy '[a.kvt]'
+same "a name in brackets is a name" "$(cat unknown.kvt)$(cat good.kvt)" "$(cat a.kvt)$(cat '[a.kvt]')"
+cp unknown.kvt ./-
+run bash -c "kvt fmt -i < unknown.kvt"
+same "-i takes no standard input" "2 $(cat unknown.kvt)" "$status $(cat ./-)"
+cp unknown.kvt quiet.kvt
+kvt fmt -i --lossy quiet.kvt >&- 2>&- || true
+same "words do not go into a file where standard error is closed" "$(cat good.kvt)" "$(cat quiet.kvt)"
+mkdir folder
+run kvt fmt -i folder
+same "nothing is left beside what is no file" "folder" "$(echo folder*)"
 
 # --- Only looking --------------------------------------------------------------------------------
 

@@ -56,8 +56,14 @@ run kvt from-json some_bad.json
 same "what is wrong is said with its line" '1 some_bad.json:2: end_job.job_id: "x" is not a whole number of at most 64 bits
 some_bad.json:4:' "$status ${err%%:4: *}:4:"
 same "the others are converted" "2" "$(grep -c job_id <<<"$out")"
+printf '%s' '{"type":"JOB_ERROR","job_error":{"job_id":5,"description":"a\"\n  }\n}\nmsg {\n  type: JOB_ERROR\n  job_error {\n    job_id: 7\n    error: 0\n    type: 0\n    description: \"b"}}' >two_in_one.json
 printf '{"type":"JOB_ERROR","job_error":{"description":"a\\"b"}}' >quote.json
-run kvt from-json quote.json
-same "what cannot be read back is written, and said" \
-    '1 quote.json:1: cannot be read back: job_error: a text ends at its second quote 1' \
-    "$status ${err%%: the reader*} $(grep -c 'a"b' <<<"$out")"
+for file in quote.json two_in_one.json; do
+    run kvt from-json "$file"
+    same "what could not be read back is left out, and said: $file" \
+        "1 $file:1: the message could not be read back: " "$status ${err%%back: *}back: $out"
+done
+for text in '[' '[{"type":"END_JOB","end_job":{"job_id":1}},'; do
+    run bash -c "printf '%s' '$text' | kvt from-json"
+    same "a list that is cut off: $text" 1 "$status"
+done
