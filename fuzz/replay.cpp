@@ -16,7 +16,7 @@
 
 namespace {
 
-/// The files of a folder, but for hidden ones, in order.
+/// The files of a folder, but for hidden ones and folders, in order.
 std::vector<std::string> files_in(const char *folder) {
     std::vector<std::string> files;
     DIR *open = opendir(folder);
@@ -24,7 +24,7 @@ std::vector<std::string> files_in(const char *folder) {
         return files;
     }
     for (const dirent *entry = readdir(open); entry != nullptr; entry = readdir(open)) {
-        if (entry->d_name[0] != '.') {
+        if (entry->d_name[0] != '.' && entry->d_type != DT_DIR) {
             files.push_back(std::string(folder) + "/" + entry->d_name);
         }
     }
