@@ -2,8 +2,8 @@
 # targets, and what `cmake --install` puts where. Three components can be installed one by one:
 #
 #   runtime      the shared libraries
-#   development  headers, static libraries, files for CMake and pkg-config
-#   tool         the command kvt
+#   development  headers, static libraries, files for CMake and pkg-config, manual pages of functions
+#   tool         the command kvt, its manual pages, completions for bash and zsh, syntax for vim
 include(GNUInstallDirs)
 
 foreach(library kvt_str kvt_check)
@@ -31,12 +31,41 @@ install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/kvt DESTINATION ${CMAKE_INSTALL_
     COMPONENT development FILES_MATCHING PATTERN "*.h")
 if(TARGET kvt)
     install(TARGETS kvt RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tool)
-    set(manual ${PROJECT_SOURCE_DIR}/packaging/kvt.1)
+    install(FILES ${PROJECT_SOURCE_DIR}/completions/kvt.bash RENAME kvt
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT tool)
+    install(FILES ${PROJECT_SOURCE_DIR}/completions/_kvt
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions COMPONENT tool)
+    install(DIRECTORY ${PROJECT_SOURCE_DIR}/editors/vim/
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/vim/vimfiles COMPONENT tool)
+endif()
+
+# --- Manual pages ----------------------------------------------------------------------------------
+
+# Those of the command and of the format belong to the command, those of the functions to the headers.
+# Debian wants them compressed.
+find_program(KVT_PANDOC pandoc)
+if(KVT_PANDOC)
+    set(manuals ${PROJECT_BINARY_DIR}/man)
+    file(GLOB manual_sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/docs/man/*.md)
+    set(compress)
     if(KVT_PACKAGES)
-        set(manual ${PROJECT_BINARY_DIR}/package/kvt.1.gz)
+        set(compress COMMAND find ${manuals} -type f -exec gzip -9n {} +)
     endif()
-    install(FILES ${manual}
-        DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tool)
+    add_custom_command(OUTPUT ${manuals}.built
+        COMMAND ${PROJECT_SOURCE_DIR}/scripts/manuals ${PROJECT_BINARY_DIR}
+        ${compress}
+        COMMAND ${CMAKE_COMMAND} -E touch ${manuals}.built
+        DEPENDS ${PROJECT_SOURCE_DIR}/scripts/manuals ${manual_sources}
+        COMMENT "Building the manual pages"
+        VERBATIM)
+    add_custom_target(manuals ALL DEPENDS ${manuals}.built)
+    install(DIRECTORY ${manuals}/man3 DESTINATION ${CMAKE_INSTALL_MANDIR} COMPONENT development)
+    if(TARGET kvt)
+        install(DIRECTORY ${manuals}/man1 ${manuals}/man5 DESTINATION ${CMAKE_INSTALL_MANDIR}
+            COMPONENT tool)
+    endif()
+else()
+    message(STATUS "pandoc is missing: no manual pages")
 endif()
 
 # --- For CMake -------------------------------------------------------------------------------------

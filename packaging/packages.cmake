@@ -38,12 +38,8 @@ string(REPLACE "\n" "\n " licence "${licence}")
 configure_file(${PROJECT_SOURCE_DIR}/packaging/copyright.in ${PROJECT_BINARY_DIR}/package/copyright
     @ONLY)
 
-function(compress from to)
-    execute_process(COMMAND gzip -9nc ${from} OUTPUT_FILE ${to} COMMAND_ERROR_IS_FATAL ANY)
-endfunction()
-
-compress(${PROJECT_SOURCE_DIR}/CHANGELOG.md ${PROJECT_BINARY_DIR}/package/changelog.gz)
-compress(${PROJECT_SOURCE_DIR}/packaging/kvt.1 ${PROJECT_BINARY_DIR}/package/kvt.1.gz)
+execute_process(COMMAND gzip -9nc ${PROJECT_SOURCE_DIR}/CHANGELOG.md
+    OUTPUT_FILE ${PROJECT_BINARY_DIR}/package/changelog.gz COMMAND_ERROR_IS_FATAL ANY)
 
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)

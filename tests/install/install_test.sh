@@ -4,6 +4,7 @@
 #
 #   install_test.sh CMAKE SOURCE BUILD CC CXX
 set -euo pipefail
+export LC_ALL=C
 cmake=$1
 source=$2
 build=$3
@@ -54,18 +55,36 @@ quietly "$cmake" --install "$build" --prefix "$scratch/first"
 files_of() {
     (cd "$scratch/$1" && find . ! -type d | sed -E 's|/lib/[^/]+-linux-[^/]+/|/lib/|; s|/lib64/|/lib/|' | sort)
 }
-diff <(files_of runtime) - <<END || fail "the component runtime is another"
+
+# manual_pages SECTION...: what the build has made of docs/man, where there is pandoc.
+manual_pages() {
+    local section
+    for section in "$@"; do
+        [[ ! -d $build/man ]] || (cd "$build/man" && find "man$section" -type f | sed 's|^|./share/man/|')
+    done
+}
+
+# expect_files COMPONENT: compares with the names that are read.
+expect_files() {
+    diff <(files_of "$1" | sed '/kvt_strTargets-/d') <(sort) || fail "the component $1 is another"
+}
+expect_files runtime <<END
 ./lib/libkvt_check.so.0
 ./lib/libkvt_check.so.0.1.0
 ./lib/libkvt_str.so.0
 ./lib/libkvt_str.so.0.1.0
 END
-diff <(files_of tool) - <<END || fail "the component tool is another"
+expect_files tool <<END
 ./bin/kvt
-./share/man/man1/kvt.1
+./share/bash-completion/completions/kvt
+./share/vim/vimfiles/ftdetect/kvt.vim
+./share/vim/vimfiles/ftplugin/kvt.vim
+./share/vim/vimfiles/syntax/kvt.vim
+./share/zsh/site-functions/_kvt
+$(manual_pages 1 5)
 END
-diff <(files_of development | sed '/kvt_strTargets-/d') - <<END || fail "the component development is another"
-$(cd "$source" && find include -name '*.h' | sed 's|^|./|' | sort)
+expect_files development <<END
+$(cd "$source" && find include -name '*.h' | sed 's|^|./|')
 ./lib/cmake/kvt_str/kvt_strConfig.cmake
 ./lib/cmake/kvt_str/kvt_strConfigVersion.cmake
 ./lib/cmake/kvt_str/kvt_strTargets.cmake
@@ -77,6 +96,7 @@ $(cd "$source" && find include -name '*.h' | sed 's|^|./|' | sort)
 ./lib/pkgconfig/kvt_check.pc
 ./lib/pkgconfig/kvt_message_layer.pc
 ./lib/pkgconfig/kvt_str.pc
+$(manual_pages 3)
 END
 diff <(files_of first) <({ files_of runtime; files_of development; files_of tool; } | sort) ||
     fail "the components are not the whole"
