@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "record/element_size.h"
 #include "record/member.h"
 
 namespace kvt_fuzz {
@@ -57,19 +58,13 @@ void RecordFromBytes::fill_row(const Row &row, char *record) {
         fill_string(row, record);
         break;
     case RowKind::array16:
-        fill_elements(row, record, sizeof(uint16_t));
-        break;
     case RowKind::array32:
-        fill_elements(row, record, sizeof(uint32_t));
-        break;
     case RowKind::array64:
-        fill_elements(row, record, sizeof(uint64_t));
+    case RowKind::run:
+        fill_elements(row, record);
         break;
     case RowKind::block:
         fill(*row.element, member);
-        break;
-    case RowKind::run:
-        fill_elements(row, record, row.element->size);
         break;
     case RowKind::slots:
         for (size_t i = 0; i < row.capacity; ++i) {
@@ -79,7 +74,7 @@ void RecordFromBytes::fill_row(const Row &row, char *record) {
     }
 }
 
-void RecordFromBytes::fill_elements(const Row &row, char *record, size_t element_size) {
+void RecordFromBytes::fill_elements(const Row &row, char *record) {
     // The bytes are shared out: without any left there are no elements, so that no input makes a
     // record that is large out of proportion.
     const uint8_t choice = bytes_.next();
@@ -87,12 +82,13 @@ void RecordFromBytes::fill_elements(const Row &row, char *record, size_t element
         return; // null, beside any count
     }
     const uint64_t count = bytes_.left() == 0 ? 0 : choice < 240 ? choice % 4U : choice % 16U + 4U;
-    char *elements = allocate(count * element_size);
+    const size_t size = element_size(row);
+    char *elements = allocate(count * size);
     for (uint64_t i = 0; i < count; ++i) {
         if (row.kind == RowKind::run) {
-            fill(*row.element, elements + i * element_size);
+            fill(*row.element, elements + i * size);
         } else {
-            bytes_.fill(elements + i * element_size, element_size);
+            bytes_.fill(elements + i * size, size);
         }
     }
     store(member_of(row, record), elements);

@@ -39,7 +39,7 @@ private:
     char *allocate(size_t size);
     void fill(const kvt_str::Record &table, char *record);
     void fill_row(const kvt_str::Row &row, char *record);
-    void fill_elements(const kvt_str::Row &row, char *record, size_t element_size);
+    void fill_elements(const kvt_str::Row &row, char *record);
     void fill_string(const kvt_str::Row &row, char *record);
 
     Bytes &bytes_;

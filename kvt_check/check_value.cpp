@@ -2,24 +2,14 @@
 
 #include <cstring>
 
+#include "record/element_size.h"
+
 namespace kvt_checking {
 
 using namespace kvt_str;
 
 unsigned bits_of(const Row &row) {
-    switch (row.kind) {
-    case RowKind::number8:
-    case RowKind::bytes:
-        return 8;
-    case RowKind::number16:
-    case RowKind::array16:
-        return 16;
-    case RowKind::number64:
-    case RowKind::array64:
-        return 64;
-    default:
-        return 32;
-    }
+    return 8 * element_size(row);
 }
 
 std::string_view consequence(const Row &row) {

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "record/element_size.h"
+
 namespace kvt_tool {
 
 using namespace kvt_str;
@@ -43,28 +45,8 @@ const Row *find_row(const Record &table, std::string_view key) {
     return found != table.rows.end() ? &*found : nullptr;
 }
 
-namespace {
-
-/// The bytes of one number.
-uint32_t width_of(const Row &row) {
-    switch (row.kind) {
-    case RowKind::bytes:
-        return 1;
-    case RowKind::array16:
-        return 2;
-    case RowKind::array32:
-        return 4;
-    case RowKind::array64:
-        return 8;
-    default:
-        return row.size;
-    }
-}
-
-} // namespace
-
 unsigned bits_of(const Row &row) {
-    return 8 * width_of(row);
+    return 8 * element_size(row);
 }
 
 bool is_signed(const Row &row) {
@@ -99,6 +81,7 @@ std::string_view text_of(const Row &row, const void *record) {
 
 Elements elements_of(const Row &row, const void *record) {
     const char *member = member_of(row, record);
+    const uint32_t size = element_size(row);
     switch (row.kind) {
     case RowKind::bytes: {
         const void *end = std::memchr(member, row.terminator, row.capacity);
@@ -106,19 +89,17 @@ Elements elements_of(const Row &row, const void *record) {
         return {first,
                 end != nullptr ? static_cast<uint64_t>(static_cast<const char *>(end) - first)
                                : row.capacity,
-                1};
+                size};
     }
     case RowKind::block:
-        return {member, 1, row.element->size};
+        return {member, 1, size};
     case RowKind::slots:
-        return {member, std::min<uint64_t>(load_count(row, record), row.capacity),
-                row.element->size};
+        return {member, std::min<uint64_t>(load_count(row, record), row.capacity), size};
     default: {
         const char *first = load<const char *>(member);
         const uint64_t count = load_count(row, record);
         const uint64_t written = row.has(low_32_bits) ? static_cast<uint32_t>(count) : count;
-        return {first, first != nullptr ? written : 0,
-                row.element != nullptr ? row.element->size : width_of(row)};
+        return {first, first != nullptr ? written : 0, size};
     }
     }
 }

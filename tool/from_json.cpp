@@ -11,6 +11,8 @@
 #include <utility>
 #include <vector>
 
+#include "record/element_size.h"
+
 namespace kvt_tool {
 
 using namespace kvt_str;
@@ -194,7 +196,7 @@ char *make_room(const Row &row, void *record, size_t count, const Path &path) {
         }
         return member;
     }
-    const size_t size = row.element != nullptr ? row.element->size : bits_of(row) / 8;
+    const size_t size = element_size(row);
     auto *elements = static_cast<char *>(std::calloc(count, size));
     if (elements == nullptr) {
         throw std::bad_alloc();
@@ -204,7 +206,7 @@ char *make_room(const Row &row, void *record, size_t count, const Path &path) {
 }
 
 void fill_numbers(const Row &row, void *record, const Json &list, const Path &path) {
-    const unsigned width = bits_of(row) / 8;
+    const unsigned width = element_size(row);
     char *numbers = make_room(row, record, list.size(), path);
     for (size_t i = 0; i < list.size(); ++i) {
         const uint64_t value = number_from_json(row, list[i], path.element(i));

@@ -11,6 +11,7 @@
 #include "fields.h"
 #include "generate_values.h"
 #include "kvt/message_layer.h"
+#include "record/element_size.h"
 
 namespace kvt_tool {
 
@@ -100,7 +101,7 @@ void fill_text(const Plan::Field &field, void *record, const Site &site) {
 
 void fill_numbers(const Plan::Field &field, void *record, const Site &site) {
     const Row &row = *field.row;
-    const unsigned width = bits_of(row) / 8;
+    const unsigned width = element_size(row);
     char *numbers = member_of(row, record);
     uint64_t count = field.count(site);
     if (row.kind == RowKind::bytes) {

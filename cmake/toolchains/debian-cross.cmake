@@ -1,8 +1,8 @@
 # What the toolchains for other machines have in common: Debian's cross compiler of a machine, and
-# qemu, which runs what it makes. The file that includes this one sets
+# what runs the programs that it makes. The file that includes this one sets
 #
 #   machine             as in the compiler's name
-#   qemu                the emulator's command
+#   emulator            the command before a program's; by default qemu for the machine
 #
 # Of the packages of the machine that builds nothing is found but programs, so that no library or
 # header of the wrong machine slips in. Two are for every machine, and named one by one:
@@ -17,7 +17,10 @@ set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
-set(CMAKE_CROSSCOMPILING_EMULATOR ${qemu} -L ${libraries})
+if(NOT emulator)
+    set(emulator qemu-${machine} -L ${libraries})
+endif()
+set(CMAKE_CROSSCOMPILING_EMULATOR ${emulator})
 
 # A folder that holds nothing but the way to the headers: all of /usr/include would give the cross
 # compiler the C library of the machine that builds.

@@ -1,5 +1,6 @@
-/*
- * kvt_check.h - tells what the codec would not read of a text, before it is read.
+/**
+ * @file
+ * Tells what the codec would not read of a text, before it is read.
  *
  * The reader of messages (kvt/kvt_str.h) is patient: what it cannot use it skips, cuts, wraps or
  * overwrites without a word, and counts may promise elements that are not there. The check goes
@@ -21,11 +22,11 @@
  *
  *     kvt_check(text, length, show, NULL);
  *
- * What a text without findings promises: kvt_msg_arr_from_str reads all of its messages, and
- * kvt_msg_from_str the first. In the records counts and elements agree, so that they can be given
- * to kvt_msg_to_str, kvt_str_get_buf_size and kvt_msg_release as they are. Every line of the text
- * is a line of what is written then, but for the spelling of numbers (+5, 007), lines that say 0
- * where 0 is not written, and the order of lines; and what is written has no findings either.
+ * What a text without findings promises: kvt_msg_arr_from_str() reads all of its messages, and
+ * kvt_msg_from_str() the first. In the records counts and elements agree, so that they can be given
+ * to kvt_msg_to_str(), kvt_str_get_buf_size() and kvt_msg_release() as they are. Every line of the
+ * text is a line of what is written then, but for the spelling of numbers (+5, 007), lines that say
+ * 0 where 0 is not written, and the order of lines; and what is written has no findings either.
  *
  * No findings are: another order of lines, another indentation, blanks and empty lines, a count
  * line that is missing or that stands behind its elements and is right, an array of child indexes
@@ -48,112 +49,118 @@
 extern "C" {
 #endif
 
-/* What is wrong. kvt_finding_name gives the short names, kvt_finding_meaning a line on each. */
+/**
+ * What is wrong. kvt_finding_name() gives the short names, kvt_finding_meaning() a line on each.
+ */
 typedef enum kvt_finding_kind {
     /* The text as a whole. */
-    KVT_FINDING_NO_MESSAGE,      /* no-message */
-    KVT_FINDING_OUTSIDE,         /* outside */
-    KVT_FINDING_NUL,             /* nul */
-    KVT_FINDING_CARRIAGE_RETURN, /* carriage-return */
+    KVT_FINDING_NO_MESSAGE,      /**< no-message */
+    KVT_FINDING_OUTSIDE,         /**< outside */
+    KVT_FINDING_NUL,             /**< nul */
+    KVT_FINDING_CARRIAGE_RETURN, /**< carriage-return */
 
     /* The frame of a message. */
-    KVT_FINDING_ENVELOPE,     /* envelope */
-    KVT_FINDING_NO_TYPE,      /* no-type */
-    KVT_FINDING_UNKNOWN_KIND, /* unknown-kind */
-    KVT_FINDING_LONGER_KIND,  /* longer-kind */
-    KVT_FINDING_NO_RECORD,    /* no-record */
-    KVT_FINDING_BLOCK_NAME,   /* block-name */
-    KVT_FINDING_NO_BLOCK,     /* no-block */
-    KVT_FINDING_NOT_CLOSED,   /* not-closed */
+    KVT_FINDING_ENVELOPE,     /**< envelope */
+    KVT_FINDING_NO_TYPE,      /**< no-type */
+    KVT_FINDING_UNKNOWN_KIND, /**< unknown-kind */
+    KVT_FINDING_LONGER_KIND,  /**< longer-kind */
+    KVT_FINDING_NO_RECORD,    /**< no-record */
+    KVT_FINDING_BLOCK_NAME,   /**< block-name */
+    KVT_FINDING_NO_BLOCK,     /**< no-block */
+    KVT_FINDING_NOT_CLOSED,   /**< not-closed */
 
     /* Lines that are skipped. */
-    KVT_FINDING_UNKNOWN_KEY,   /* unknown-key */
-    KVT_FINDING_UNKNOWN_BLOCK, /* unknown-block */
-    KVT_FINDING_STRAY_LINE,    /* stray-line */
-    KVT_FINDING_LONGER_KEY,    /* longer-key */
+    KVT_FINDING_UNKNOWN_KEY,   /**< unknown-key */
+    KVT_FINDING_UNKNOWN_BLOCK, /**< unknown-block */
+    KVT_FINDING_STRAY_LINE,    /**< stray-line */
+    KVT_FINDING_LONGER_KEY,    /**< longer-key */
 
     /* Braces. */
-    KVT_FINDING_ONE_LINE_BLOCK,  /* one-line-block */
-    KVT_FINDING_BESIDE_BRACE,    /* beside-brace */
-    KVT_FINDING_BRACE_IN_TEXT,   /* brace-in-text */
-    KVT_FINDING_BLOCK_FOR_VALUE, /* block-for-value */
-    KVT_FINDING_NO_BRACE,        /* no-brace */
+    KVT_FINDING_ONE_LINE_BLOCK,  /**< one-line-block */
+    KVT_FINDING_BESIDE_BRACE,    /**< beside-brace */
+    KVT_FINDING_BRACE_IN_TEXT,   /**< brace-in-text */
+    KVT_FINDING_BLOCK_FOR_VALUE, /**< block-for-value */
+    KVT_FINDING_NO_BRACE,        /**< no-brace */
 
     /* Values. */
-    KVT_FINDING_NO_COLON,      /* no-colon */
-    KVT_FINDING_NO_VALUE,      /* no-value */
-    KVT_FINDING_NOT_A_NUMBER,  /* not-a-number */
-    KVT_FINDING_BEHIND_NUMBER, /* behind-number */
-    KVT_FINDING_OUT_OF_RANGE,  /* out-of-range */
-    KVT_FINDING_ROUNDED,       /* rounded */
-    KVT_FINDING_NO_QUOTES,     /* no-quotes */
-    KVT_FINDING_BEFORE_TEXT,   /* before-text */
-    KVT_FINDING_EMPTY_TEXT,    /* empty-text */
-    KVT_FINDING_OPEN_TEXT,     /* open-text */
-    KVT_FINDING_BEHIND_TEXT,   /* behind-text */
-    KVT_FINDING_LONG_TEXT,     /* long-text */
+    KVT_FINDING_NO_COLON,      /**< no-colon */
+    KVT_FINDING_NO_VALUE,      /**< no-value */
+    KVT_FINDING_NOT_A_NUMBER,  /**< not-a-number */
+    KVT_FINDING_BEHIND_NUMBER, /**< behind-number */
+    KVT_FINDING_OUT_OF_RANGE,  /**< out-of-range */
+    KVT_FINDING_ROUNDED,       /**< rounded */
+    KVT_FINDING_NO_QUOTES,     /**< no-quotes */
+    KVT_FINDING_BEFORE_TEXT,   /**< before-text */
+    KVT_FINDING_EMPTY_TEXT,    /**< empty-text */
+    KVT_FINDING_OPEN_TEXT,     /**< open-text */
+    KVT_FINDING_BEHIND_TEXT,   /**< behind-text */
+    KVT_FINDING_LONG_TEXT,     /**< long-text */
 
     /* Lines that undo others. */
-    KVT_FINDING_REPEATED_KEY,   /* repeated-key */
-    KVT_FINDING_REPEATED_BLOCK, /* repeated-block */
-    KVT_FINDING_REPEATED_ARRAY, /* repeated-array */
-    KVT_FINDING_KEY_IN_ARRAY,   /* key-in-array */
+    KVT_FINDING_REPEATED_KEY,   /**< repeated-key */
+    KVT_FINDING_REPEATED_BLOCK, /**< repeated-block */
+    KVT_FINDING_REPEATED_ARRAY, /**< repeated-array */
+    KVT_FINDING_KEY_IN_ARRAY,   /**< key-in-array */
 
     /* Arrays and their counts. */
-    KVT_FINDING_WRONG_COUNT,  /* wrong-count */
-    KVT_FINDING_LATE_COUNT,   /* late-count */
-    KVT_FINDING_LONE_COUNT,   /* lone-count */
-    KVT_FINDING_WRONG_LENGTH, /* wrong-length */
-    KVT_FINDING_TOO_MANY,     /* too-many */
-    KVT_FINDING_BEHIND_END,   /* behind-end */
+    KVT_FINDING_WRONG_COUNT,  /**< wrong-count */
+    KVT_FINDING_LATE_COUNT,   /**< late-count */
+    KVT_FINDING_LONE_COUNT,   /**< lone-count */
+    KVT_FINDING_WRONG_LENGTH, /**< wrong-length */
+    KVT_FINDING_TOO_MANY,     /**< too-many */
+    KVT_FINDING_BEHIND_END,   /**< behind-end */
 
-    KVT_FINDING_KINDS /* how many there are */
+    KVT_FINDING_KINDS /**< how many there are */
 } kvt_finding_kind;
 
-/* One finding. It and its texts live until the callback returns; `name` as long as the program. */
+/** One finding. It and its texts live until the callback returns; `name` as long as the program. */
 typedef struct kvt_finding {
-    kvt_finding_kind kind;
-    const char *name; /* of the kind, such as "unknown-key" */
+    kvt_finding_kind kind; /**< what is wrong */
+    const char *name;      /**< of the kind, such as "unknown-key" */
 
     /* The place: the marked characters lie on one line. */
-    size_t line;        /* from 1 */
-    size_t column;      /* from 1, in bytes */
-    size_t offset;      /* from 0, in bytes, from the begin of the text */
-    size_t length;      /* of what is marked, in bytes; 0 at the end of a line or of the text */
-    size_t line_offset; /* where the line begins: offset - column + 1 */
-    size_t line_length; /* of the line, in bytes, without its newline */
-    size_t first_line;  /* where something comes again: the line of the first one; else 0 */
+    size_t line;        /**< from 1 */
+    size_t column;      /**< from 1, in bytes */
+    size_t offset;      /**< from 0, in bytes, from the begin of the text */
+    size_t length;      /**< of what is marked, in bytes; 0 at the end of a line or of the text */
+    size_t line_offset; /**< where the line begins: offset - column + 1 */
+    size_t line_length; /**< of the line, in bytes, without its newline */
+    size_t first_line;  /**< where something comes again: the line of the first one; else 0 */
 
-    const char *message; /* one sentence or more, without a newline; ends with a NUL, has at most
+    const char *message; /**< one sentence or more, without a newline; ends with a NUL, has at most
                             KVT_FINDING_MESSAGE_ROOM - 1 bytes, all of them printable but for those
                             of UTF-8 in the text's own words */
-    const char *nearest; /* the known key, block or kind that was probably meant; else NULL */
-    const char *path;    /* the block, such as "topology_info_list.switches[3]", elements counted
+    const char *nearest; /**< the known key, block or kind that was probably meant; else NULL */
+    const char *path;    /**< the block, such as "topology_info_list.switches[3]", elements counted
                             from 0; empty outside of a message's record */
-    size_t in_message;   /* number of the message in the text, from 1; 0 before the first */
+    size_t in_message;   /**< number of the message in the text, from 1; 0 before the first */
 } kvt_finding;
 
-/* Room for a message and its NUL. */
+/** Room for a message and its NUL. */
 #define KVT_FINDING_MESSAGE_ROOM 400
 
-/*
- * Takes one finding. `user` is what was given to kvt_check. Returns 0 to go on, anything else to
- * end the check.
+/**
+ * Takes one finding.
+ *
+ * @param finding  the finding; it lives until the callback returns.
+ * @param user     what was given to kvt_check().
+ *
+ * @return 0 to go on, anything else to end the check.
  */
 typedef int kvt_finding_callback(const kvt_finding *finding, void *user);
 
-/*
+/**
  * Checks a text of one or several messages.
  *
- * text    the text. It need not end with a NUL; the readers of the codec end at the first NUL, and
- *         so does the check. NULL is taken for an empty text.
- * length  its length in bytes; nothing is read behind it.
- * report  is called for each finding, in the order of the text but for those that tell of a count,
- *         which stand at the count's line and come when all elements have been seen. NULL when the
- *         findings are only to be counted.
- * user    is handed to `report`.
+ * @param text    the text. It need not end with a NUL; the readers of the codec end at the first
+ *                NUL, and so does the check. NULL is taken for an empty text.
+ * @param length  its length in bytes; nothing is read behind it.
+ * @param report  is called for each finding, in the order of the text but for those that tell of a
+ *                count, which stand at the count's line and come when all elements have been seen.
+ *                NULL when the findings are only to be counted.
+ * @param user    is handed to `report`.
  *
- * Returns the number of findings, with the one that `report` ended the check at; 0 for a text that
+ * @return the number of findings, with the one that `report` ended the check at; 0 for a text that
  * is read without a loss.
  *
  * The text must begin with the word "msg", as the readers want it: a caller that lets blanks stand
@@ -168,13 +175,33 @@ typedef int kvt_finding_callback(const kvt_finding *finding, void *user);
 KVT_EXPORT size_t kvt_check(const char *text, size_t length, kvt_finding_callback *report,
                             void *user);
 
-/* The short name of a kind, such as "unknown-key"; NULL for a number that is no kind. */
+/**
+ * Tells the short name of a kind.
+ *
+ * @param kind  any number.
+ *
+ * @return the name, such as "unknown-key", which lives as long as the program; NULL for a number
+ * that is no kind.
+ */
 KVT_EXPORT const char *kvt_finding_name(kvt_finding_kind kind);
 
-/* What a kind is about, one line in plain words; NULL for a number that is no kind. */
+/**
+ * Tells what a kind is about.
+ *
+ * @param kind  any number.
+ *
+ * @return one line in plain words, without a newline, which lives as long as the program; NULL for
+ * a number that is no kind.
+ */
 KVT_EXPORT const char *kvt_finding_meaning(kvt_finding_kind kind);
 
-/* The kind of a short name; KVT_FINDING_KINDS when it is none or NULL. */
+/**
+ * Tells the kind that has a short name.
+ *
+ * @param name  the whole name, ending with a NUL, or NULL.
+ *
+ * @return the kind; KVT_FINDING_KINDS when it is none or NULL.
+ */
 KVT_EXPORT kvt_finding_kind kvt_finding_of_name(const char *name);
 
 #ifdef __cplusplus

@@ -1,5 +1,6 @@
-/*
- * kvt_str.h - messages as text: write them, size them, read them back, split a text of many.
+/**
+ * @file
+ * Messages as text: write them, size them, read them back, split a text of many.
  *
  * A message is a plain C record (kvt/messages/) and its kind. To write one:
  *
@@ -44,7 +45,7 @@
 #include "kvt/messages/message_type.h"
 
 #ifdef __cplusplus
-/* An argument that is not read. Anything of a register's width or less may be passed for it. */
+/** An argument that is not read. Anything of a register's width or less may be passed for it. */
 struct kvt_ignored {
     uintptr_t value;
 
@@ -53,51 +54,56 @@ struct kvt_ignored {
 
 extern "C" {
 #else
+/**
+ * An argument that is not read. A number or a pointer may be passed for it: kvt_msg_from_str() is a
+ * macro, too, that converts either. In C++ it is a class that is made of either.
+ */
 typedef uintptr_t kvt_ignored;
 #endif
 
-/*
+/**
  * Writes one message as text.
  *
- * msg_type  the kind of the message (kvt/messages/message_type.h).
- * msg       the record of that kind; only read. NULL is an error. A count in it must not exceed
- *           the elements behind its pointer; a null pointer counts as no elements.
- * buf       where the text and its NUL go; the caller's. It must have room for as many characters
- *           as kvt_str_get_buf_size says for the same record, and for at least 9: the room is not
- *           checked. NULL is an error.
+ * @param msg_type  the kind of the message (kvt/messages/message_type.h).
+ * @param msg       the record of that kind; only read. NULL is an error. A count in it must not
+ *                  exceed the elements behind its pointer; a null pointer counts as no elements.
+ * @param buf       where the text and its NUL go; the caller's. It must have room for as many
+ *                  characters as kvt_str_get_buf_size() says for the same record, and for at least
+ *                  9: the room is not checked. NULL is an error.
  *
- * Returns 0 when a text was written, -1 when `msg` or `buf` is NULL (nothing is written then).
+ * @return 0 when a text was written, -1 when `msg` or `buf` is NULL (nothing is written then).
  * For VEMRA_MSG_TYPE_NONE, VEMRA_MSG_TYPE_LAST and any number that is not a kind, the text is an
- * empty envelope ("msg {\n}\n") and the result still 0: a caller that must know checks the kind.
+ * empty envelope (`"msg {\n}\n"`) and the result still 0: a caller that must know checks the kind.
  *
  * Each failure is logged at level 0. Nothing is allocated.
  */
 KVT_EXPORT int32_t kvt_msg_to_str(int32_t msg_type, const void *msg, char *buf);
 
-/*
- * Tells the exact size, in characters and with its NUL, of the text that kvt_msg_to_str writes.
+/**
+ * Tells the exact size, in characters and with its NUL, of the text that kvt_msg_to_str() writes.
  *
- * msg_type  the kind of the message.
- * msg       the record of that kind; only read.
+ * @param msg_type  the kind of the message.
+ * @param msg       the record of that kind; only read.
  *
- * Returns that size; 0, logged at level 0, when `msg` is NULL or `msg_type` is not a kind; 0 also
- * for a text of 4 GiB or more. After a 0 there is nothing to allocate, and kvt_msg_to_str must not
- * be called. For VEMRA_MSG_TYPE_NONE and VEMRA_MSG_TYPE_LAST it returns 6 and logs, a number of no
- * use: kvt_msg_to_str writes 9 characters for these.
+ * @return that size; 0, logged at level 0, when `msg` is NULL or `msg_type` is not a kind; 0 also
+ * for a text of 4 GiB or more. After a 0 there is nothing to allocate, and kvt_msg_to_str() must
+ * not be called. For VEMRA_MSG_TYPE_NONE and VEMRA_MSG_TYPE_LAST it returns 6 and logs, a number of
+ * no use: kvt_msg_to_str() writes 9 characters for these.
  *
  * Nothing is allocated.
  */
 KVT_EXPORT uint32_t kvt_str_get_buf_size(int32_t msg_type, const void *msg);
 
-/*
+/**
  * Reads one message into a new record.
  *
- * ignored1, ignored2  are not read; pass 0.
- * buf                 the NUL-terminated text, beginning with "msg"; what follows the message does
- *                     not matter. NULL is an error.
- * msg                 where the address of the new record goes. NULL is an error.
+ * @param ignored1  is not read; pass 0.
+ * @param ignored2  is not read; pass 0.
+ * @param buf       the NUL-terminated text, beginning with "msg"; what follows the message does not
+ *                  matter. NULL is an error.
+ * @param msg       where the address of the new record goes. NULL is an error.
  *
- * Returns 0 when a record was stored in `*msg`, however much of the text was understood: unknown
+ * @return 0 when a record was stored in `*msg`, however much of the text was understood: unknown
  * lines and blocks are skipped, a value that does not scan leaves its field as it was (0, unless an
  * earlier line of the same key said otherwise), the end of the text ends every block. Returns -1
  * when `buf` or `msg` is NULL, the text does not begin with "msg", its type is not a known one, or
@@ -106,19 +112,19 @@ KVT_EXPORT uint32_t kvt_str_get_buf_size(int32_t msg_type, const void *msg);
  * without a word.
  *
  * The kind is not told: it is the word on the type line, which the caller knows from elsewhere or
- * takes from kvt_msg_arr_from_str. Reading a record as one of another kind is an error that nobody
- * notices.
+ * takes from kvt_msg_arr_from_str(). Reading a record as one of another kind is an error that
+ * nobody notices.
  *
  * The time is linear in the length of the whole text, up to its NUL: to go through a text of many
- * messages, use kvt_msg_arr_from_str.
+ * messages, use kvt_msg_arr_from_str().
  *
  * The record and all that hangs from it come from calloc and realloc and belong to the caller,
- * who gives them to kvt_msg_release with the kind.
+ * who gives them to kvt_msg_release() with the kind.
  *
  * Beware of counts in a text that you do not trust. An array's count is set to the number of
  * elements read - but a count line that stands after the elements, or without any, is kept as
  * it was read and may promise elements that are not there (a null pointer, even). Compare before
- * you write, release or walk such a record, or read it with kvt_msg_arr_from_str, which makes
+ * you write, release or walk such a record, or read it with kvt_msg_arr_from_str(), which makes
  * them agree. A count line that says too little does no such harm, but what the elements behind it
  * own is not released with the record. The count of elements that stand in the record itself (the
  * up to 4 groups) is kept as read too: the writer goes no further than their places, and so should
@@ -126,73 +132,90 @@ KVT_EXPORT uint32_t kvt_str_get_buf_size(int32_t msg_type, const void *msg);
  */
 KVT_EXPORT int32_t kvt_msg_from_str(kvt_ignored ignored1, kvt_ignored ignored2, const char *buf,
                                     void **msg);
+/** @cond */
+/* Converts what is passed for the arguments that are not read; else the function itself. */
 #ifndef __cplusplus
 #define kvt_msg_from_str(ignored1, ignored2, buf, msg)                                             \
     (kvt_msg_from_str)((kvt_ignored)(ignored1), (kvt_ignored)(ignored2), (buf), (msg))
 #endif
+/** @endcond */
 
-/*
+/**
  * Splits a text of several messages into one text per message, each in the form that
- * kvt_msg_to_str writes.
+ * kvt_msg_to_str() writes.
  *
- * buf     the NUL-terminated text, beginning with "msg"; between messages only blanks may stand,
- *         and other text after a message ends the reading. NULL is an error.
- * length  the text's length in characters. A smaller one stops the reading only when it ends
- *         between two messages, from the last line of the one on: a length that ends anywhere else
- *         within a message wraps around, and the NUL ends the reading.
- * msgs    where the array of texts goes. NULL is an error.
- * kinds   where the array of their kinds goes, in the same order; NULL when not wanted.
- * count   where the number of messages goes; NULL when not wanted.
+ * @param buf     the NUL-terminated text, beginning with "msg"; between messages only blanks may
+ *                stand, and other text after a message ends the reading. NULL is an error.
+ * @param length  the text's length in characters. A smaller one stops the reading only when it ends
+ *                between two messages, from the last line of the one on: a length that ends
+ *                anywhere else within a message wraps around, and the NUL ends the reading.
+ * @param msgs    where the array of texts goes. NULL is an error.
+ * @param kinds   where the array of their kinds goes, in the same order; NULL when not wanted.
+ * @param count   where the number of messages goes; NULL when not wanted.
  *
- * Returns 0 and stores all three; or -1 and stores none: `buf` or `msgs` is NULL, the text does
+ * @return 0 and stores all three; or -1 and stores none: `buf` or `msgs` is NULL, the text does
  * not begin with "msg", one of the messages is of no known type, or memory ran out. One bad
  * message fails the whole call. Failures are logged at level 0, but for a text that does not
  * begin with "msg" and for arrays that cannot be allocated. A text that cannot be allocated is
  * logged and leaves a null pointer in its place.
  *
  * Both arrays and each text come from calloc or realloc and belong to the caller, who frees each
- * with free. Records of the messages are made on the way and given to kvt_msg_release; in them
+ * with free. Records of the messages are made on the way and given to kvt_msg_release(); in them
  * counts and elements on the heap agree, whatever the text says.
  */
 KVT_EXPORT int32_t kvt_msg_arr_from_str(const char *buf, uint32_t length, char ***msgs,
                                         uint32_t **kinds, int32_t *count);
 
-/*
+/**
  * Steps from one message to the next: to the first character that is not a space, tab or newline
  * on a later line, which may be the text's NUL.
  *
- * text    a position in a NUL-terminated text; NULL gives NULL.
- * length  the number of characters from there that may be stepped over. The character just behind
- *         them is looked at too, and is returned, even if it is a space or tab, when it is reached.
+ * @param text    a position in a NUL-terminated text; NULL gives NULL.
+ * @param length  the number of characters from there that may be stepped over. The character just
+ *                behind them is looked at too, and is returned, even if it is a space or tab, when
+ *                it is reached.
  *
- * Returns that position, or NULL when `length` is 0, when no newline is left, or when the next
+ * @return that position, or NULL when `length` is 0, when no newline is left, or when the next
  * line begins behind `length`.
  */
 KVT_EXPORT char *next_msg(const char *text, uint32_t length);
 
-/*
+/**
  * Steps to the next line: to the first character that is not a space, tab or newline after the
  * end of the line at `text`.
  *
- * Returns that position, which is the text's NUL when there is none; NULL for NULL.
+ * @param text  a position in a NUL-terminated text; NULL gives NULL.
+ *
+ * @return that position, which is the text's NUL when there is none; NULL for NULL.
  */
 KVT_EXPORT char *next_line(const char *text);
 
-/*
- * Tells whether the line at `text` opens a block: 1 when "{" stands anywhere between `text` and
- * its newline, else 0; also 0 when no newline ends the line, and for NULL.
+/**
+ * Tells whether the line at `text` opens a block.
+ *
+ * @param text  a position in a NUL-terminated text, or NULL.
+ *
+ * @return 1 when "{" stands anywhere between `text` and its newline, else 0; also 0 when no newline
+ * ends the line, and for NULL.
  */
 KVT_EXPORT int check_start_msg(const char *text);
 
-/*
- * Tells whether the line at `text` closes a block: as check_start_msg, with "}".
+/**
+ * Tells whether the line at `text` closes a block: as check_start_msg(), with "}".
+ *
+ * @param text  a position in a NUL-terminated text, or NULL.
+ *
+ * @return 1 when "}" stands anywhere between `text` and its newline, else 0; also 0 when no newline
+ * ends the line, and for NULL.
  */
 KVT_EXPORT int check_end_msg(const char *text);
 
-/*
+/**
  * Skips the block that the line at `text` opens; a line without braces is skipped alone.
  *
- * Returns the first character after it that is not a space, tab or newline: the text's NUL when
+ * @param text  a position in a NUL-terminated text, or NULL.
+ *
+ * @return the first character after it that is not a space, tab or newline: the text's NUL when
  * the block is never closed. NULL for NULL.
  */
 KVT_EXPORT char *find_end_msg(const char *text);

@@ -1,5 +1,6 @@
-/*
- * message_layer.h - what a program supplies to the codec.
+/**
+ * @file
+ * What a program supplies to the codec.
  *
  * The codec (kvt_str) calls three names that the message layer around it defines: a log function,
  * its threshold, and the function that releases records. A program defines all three itself, or
@@ -16,14 +17,15 @@
 extern "C" {
 #endif
 
-/*
+/**
  * Where log lines go; NULL (the default) for nowhere.
  *
- * file, line  the place in the codec's source.
- * func        the function that logs.
- * level       0 for errors, 6 for the readers' traces of every field, line and element.
- * format      a printf format for the arguments that follow. Lines of level 6 end with a newline,
- *             lines of level 0 do not.
+ * @param file    the source file of the codec that the line comes from.
+ * @param line    the line in it.
+ * @param func    the function that logs.
+ * @param level   0 for errors, 6 for the readers' traces of every field, line and element.
+ * @param format  a printf format for the arguments that follow. Lines of level 6 end with a
+ *                newline, lines of level 0 do not.
  *
  * Called on the thread that called the codec. The format lives as long as the program; the
  * arguments only until the function returns.
@@ -31,23 +33,29 @@ extern "C" {
 KVT_EXPORT extern void (*log_cb)(const char *file, int line, const char *func, int level,
                                  const char *format, ...);
 
-/* The highest level that is given to log_cb; 0 (only errors) by default, below 0 for none. */
+/** The highest level that is given to log_cb; 0 (only errors) by default, below 0 for none. */
 KVT_EXPORT extern int log_level;
 
-/*
- * Releases a record that kvt_msg_from_str made, with everything that hangs from it.
+/**
+ * Releases a record that kvt_msg_from_str() made, with everything that hangs from it.
  *
- * msg_type  the record's kind. For a number that is no kind of record nothing is done.
- * msg       the record; NULL is ignored. The counts in it must not exceed the elements that are
- *           there; null pointers are fine beside any count.
+ * @param msg_type  the record's kind. For a number that is no kind of record nothing is done.
+ * @param msg       the record; NULL is ignored. The counts in it must not exceed the elements that
+ *                  are there; null pointers are fine beside any count.
  *
  * The one in kvt_message_layer frees the arrays, strings and elements, then the record.
  */
 KVT_EXPORT void kvt_msg_release(int32_t msg_type, void *msg);
 
-/*
+/**
  * A log function to use as log_cb: prints each line to standard error, behind its place in the
  * source; a line of more than 1,023 characters is cut. Only in kvt_message_layer.
+ *
+ * @param file    the source file that the line comes from.
+ * @param line    the line in it.
+ * @param func    the function that logs.
+ * @param level   0 for errors, 6 for the readers' traces.
+ * @param format  a printf format for the arguments that follow.
  */
 KVT_EXPORT void kvt_log_to_stderr(const char *file, int line, const char *func, int level,
                                   const char *format, ...)

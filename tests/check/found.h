@@ -2,11 +2,11 @@
 #pragma once
 
 #include <algorithm>
-#include <memory>
 #include <string>
 #include <utility>
 
 #include "kvt/kvt_check.h"
+#include "support/exact_copy.h"
 
 namespace kvt_test {
 
@@ -16,11 +16,8 @@ using FoundSoFar = std::pair<const std::string &, std::string>;
 /// One line for each finding: "LINE:COLUMN NAME 'what is marked'", made by `add_finding` or another
 /// callback of that form. Every finding's own figures are compared with each other and the text.
 inline std::string found_by(const std::string &text, kvt_finding_callback *add) {
-    // Exactly as large as the text, where a sanitizer sees every character too far.
-    const std::unique_ptr<char[]> block(new char[text.size()]);
-    std::copy(text.begin(), text.end(), block.get());
     FoundSoFar user(text, "");
-    const size_t count = kvt_check(block.get(), text.size(), add, &user);
+    const size_t count = kvt_check(exact_copy_without_nul(text).get(), text.size(), add, &user);
     const auto lines = std::count(user.second.begin(), user.second.end(), '\n');
     return count == static_cast<size_t>(lines) ? user.second : "(another count)";
 }

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <string>
 #include <vector>
 
@@ -11,28 +10,21 @@
 #include "kvt/kvt_str.h"
 #include "message_table.h"
 #include "support/check_promise.h"
+#include "support/messages.h"
 #include "support/mutations.h"
 #include "support/random_records.h"
 #include "support/rich_messages.h"
+#include "support/rounds.h"
 
 namespace kvt_test {
 namespace {
 
 using namespace kvt_str;
 
-/// How often each kind is tried. KVT_TEST_ROUNDS in the environment makes it more thorough.
-size_t rounds() {
-    const char *asked = std::getenv("KVT_TEST_ROUNDS");
-    return asked != nullptr ? std::strtoul(asked, nullptr, 10) : 300;
-}
-
 std::string random_text(const MessageKind &kind, Random &random) {
     OwnedRecord record(*kind.record);
     fill_randomly(*kind.record, record.get(), random);
-    std::string text(kvt_str_get_buf_size(value_of(kind), record.get()), '\0');
-    kvt_msg_to_str(value_of(kind), record.get(), text.data());
-    text.pop_back();
-    return text;
+    return text_of_record(value_of(kind), record.get());
 }
 
 /// A message with a few lines, where a change meets others more often.

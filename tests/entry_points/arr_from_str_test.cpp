@@ -1,8 +1,12 @@
 // kvt_msg_arr_from_str.
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <cstring>
+
 #include "kvt/messages/job_control.h"
 #include "message_table.h"
+#include "support/exact_copy.h"
 #include "support/log_capture.h"
 #include "support/memory_watch.h"
 #include "support/messages.h"
@@ -273,16 +277,12 @@ std::vector<std::string> random_messages(Random &random) {
         OwnedRecord record(*kind.record);
         fill_randomly(*kind.record, record.get(), random);
         const auto value = static_cast<int32_t>(kind.value);
-        std::string text(kvt_str_get_buf_size(value, record.get()), '\0');
-        kvt_msg_to_str(value, record.get(), text.data());
+        const std::string text = text_of_record(value, record.get());
         // Once through the other entry points: the unused ones of 64 child indexes come back as 0.
         void *read = nullptr;
         EXPECT_EQ(kvt_msg_from_str(0, 0, text.c_str(), &read), 0);
-        text.assign(kvt_str_get_buf_size(value, read), '\0');
-        kvt_msg_to_str(value, read, text.data());
+        texts.push_back(text_of_record(value, read));
         kvt_msg_release(value, read);
-        text.pop_back();
-        texts.push_back(text);
     }
     return texts;
 }

@@ -2,8 +2,13 @@
 // which may be more than the messages that are read.
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+#include "kvt/kvt_str.h"
+#include "support/exact_copy.h"
 #include "support/memory_watch.h"
-#include "support/messages.h"
 
 namespace kvt_test {
 namespace {

@@ -1,7 +1,12 @@
 // A text is a message by its first word, which ends anywhere behind it.
 #include <gtest/gtest.h>
 
-#include "support/messages.h"
+#include <cstdlib>
+#include <string>
+
+#include "kvt/kvt_str.h"
+#include "kvt/message_layer.h"
+#include "support/exact_copy.h"
 
 namespace kvt_test {
 namespace {

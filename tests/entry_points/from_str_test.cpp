@@ -3,6 +3,7 @@
 
 #include "kvt/messages/job_control.h"
 #include "message_table.h"
+#include "support/exact_copy.h"
 #include "support/log_capture.h"
 #include "support/memory_watch.h"
 #include "support/messages.h"

@@ -3,9 +3,14 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <cstdlib>
+#include <cstring>
+#include <string>
 
+#include "kvt/kvt_str.h"
+#include "kvt/message_layer.h"
 #include "message_table.h"
-#include "support/messages.h"
+#include "support/exact_copy.h"
 #include "text/scanner.h"
 
 namespace kvt_test {

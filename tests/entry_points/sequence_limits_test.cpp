@@ -1,6 +1,8 @@
 // kvt_msg_arr_from_str where memory or 32 bits do not suffice for what a short text asks for.
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+
 #include "kvt/messages/message_type.h"
 #include "support/log_capture.h"
 #include "support/memory_watch.h"

@@ -1,6 +1,8 @@
 // The ready-made message layer: its log function and its release function.
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+
 #include "kvt/messages/events.h"
 #include "kvt/messages/job_start.h"
 #include "message_table.h"
@@ -43,8 +45,7 @@ TEST(MessageLayer, ReleasesRandomRecordsOfEveryKindWithAllThatHangsFromThem) {
         for (int i = 0; i < 10; ++i) {
             OwnedRecord record(*kind.record);
             kvt_test::fill_randomly(*kind.record, record.get(), random);
-            std::string text(kvt_str_get_buf_size(value, record.get()), '\0');
-            kvt_msg_to_str(value, record.get(), text.data());
+            const std::string text = kvt_test::text_of_record(value, record.get());
             const MemoryWatch watch;
             void *read = nullptr;
             ASSERT_EQ(kvt_msg_from_str(0, 0, text.c_str(), &read), 0);

@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include "record/table.h"
-#include "support/messages.h"
+#include "support/exact_copy.h"
 #include "support/random_records.h"
 #include "support/tables.h"
 

@@ -1,9 +1,9 @@
 // The traces of joined strings show the first characters of a value that has no NUL of its own.
 #include <gtest/gtest.h>
 
+#include "support/exact_copy.h"
 #include "support/log_capture.h"
 #include "support/memory_watch.h"
-#include "support/messages.h"
 #include "support/random_records.h"
 #include "support/test_records.h"
 

@@ -1,7 +1,9 @@
 // A later run of a byte array, in a form that only the exact path takes.
 #include <gtest/gtest.h>
 
-#include "support/messages.h"
+#include <string>
+
+#include "support/exact_copy.h"
 #include "support/random_records.h"
 #include "support/test_records.h"
 

@@ -4,8 +4,8 @@
 
 #include <algorithm>
 
+#include "support/exact_copy.h"
 #include "support/literal_codec.h"
-#include "support/messages.h"
 #include "support/random_records.h"
 #include "support/tables.h"
 #include "text/scanner.h"

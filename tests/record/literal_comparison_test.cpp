@@ -3,17 +3,17 @@
 
 #include <cstdlib>
 #include <cstring>
-#include <memory>
 #include <string>
 #include <utility>
 
 #include "record/release.h"
+#include "support/exact_copy.h"
 #include "support/literal_codec.h"
 #include "support/log_capture.h"
 #include "support/memory_watch.h"
-#include "support/messages.h"
 #include "support/mutations.h"
 #include "support/random_records.h"
+#include "support/rounds.h"
 #include "support/tables.h"
 #include "text/scanner.h"
 
@@ -21,12 +21,6 @@ namespace kvt_test {
 namespace {
 
 using namespace kvt_str;
-
-/// How often each comparison is made. KVT_TEST_ROUNDS in the environment makes it more thorough.
-size_t rounds() {
-    const char *asked = std::getenv("KVT_TEST_ROUNDS");
-    return asked != nullptr ? std::strtoul(asked, nullptr, 10) : 300;
-}
 
 /// What a reader makes of a text.
 struct Reading {

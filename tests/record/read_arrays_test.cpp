@@ -1,11 +1,14 @@
 // Rows of several lines, and texts: what is taken, what is cut, what is dropped, what is traced.
 #include <gtest/gtest.h>
 
+#include <cstring>
+#include <string>
+
 #include "record/read_arrays.h"
 #include "record/release.h"
+#include "support/exact_copy.h"
 #include "support/log_capture.h"
 #include "support/memory_watch.h"
-#include "support/messages.h"
 #include "support/random_records.h"
 #include "support/tables.h"
 #include "support/test_records.h"

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "record/release.h"
-#include "support/messages.h"
+#include "support/exact_copy.h"
 #include "support/record_checker.h"
 #include "support/test_records.h"
 #include "text/scanner.h"

@@ -2,6 +2,8 @@
 // path almost to their end.
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <cstring>
 #include <malloc.h>
 
 #include "kvt/messages/events.h"

@@ -1,5 +1,6 @@
 // The InfiniBand addresses in messages: GIDs and path records.
 #include <cstddef>
+#include <cstring>
 
 #include <gtest/gtest.h>
 

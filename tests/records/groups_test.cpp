@@ -1,5 +1,6 @@
 // ALLOC_GROUPS, RELEASE_GROUPS and GROUPS_DATA.
 #include <cstddef>
+#include <cstring>
 #include <vector>
 
 #include <gtest/gtest.h>

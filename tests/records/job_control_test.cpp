@@ -1,6 +1,8 @@
 // END_JOB, REQ_SM_DATA, AM_SIGNAL and JOB_ERROR.
 #include <gtest/gtest.h>
 
+#include <cstring>
+
 #include "kvt/messages/job_control.h"
 #include "support/log_capture.h"
 #include "support/messages.h"

@@ -1,6 +1,8 @@
 // The four arrays of JOB_DATA: their growth, their counts, and runs that meet something else.
 #include <gtest/gtest.h>
 
+#include <cstring>
+
 #include "kvt/messages/job_data.h"
 #include "support/log_capture.h"
 #include "support/memory_watch.h"

@@ -1,5 +1,6 @@
 // JOB_DATA: daemons, trees, connections, aggregation nodes and queue pair options.
 #include <cstddef>
+#include <cstring>
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,6 @@
 // JOB_INFO_REQUEST, JOB_INFO_REPLY and PERSISTENT_JOB_INFO.
 #include <cstddef>
+#include <cstring>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -490,7 +491,12 @@ TEST(JobInfoReply, RoomForEntriesIs5AndDoubles) {
         unsigned count;
         size_t requests; ///< the record's among them
         size_t largest;
-    } cases[] = {{0, 1, 16}, {1, 2, 280}, {5, 2, 280}, {6, 3, 560}, {11, 4, 1120}, {21, 5, 2240}};
+    } cases[] = {{0, 1, sizeof(vemra_mgmt_job_info_list)},
+                 {1, 2, 280},
+                 {5, 2, 280},
+                 {6, 3, 560},
+                 {11, 4, 1120},
+                 {21, 5, 2240}};
 
     for (const auto &[count, requests, largest] : cases) {
         const MemoryWatch watch;

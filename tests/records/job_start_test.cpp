@@ -1,6 +1,7 @@
 // BEGIN_JOB and the quota block.
 #include <cmath>
 #include <cstddef>
+#include <cstring>
 
 #include <gtest/gtest.h>
 

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <cstddef>
+#include <cstring>
 
 #include "kvt/messages/resource_data.h"
 #include "support/growth.h"

@@ -310,7 +310,12 @@ TEST(SmData, RoomForNodesIs5AndDoubles) {
         unsigned count;
         size_t requests; ///< the record's among them
         size_t largest;
-    } cases[] = {{0, 1, 32}, {1, 2, 32}, {5, 2, 32}, {6, 3, 32}, {11, 4, 40}, {21, 5, 80}};
+    } cases[] = {{0, 1, sizeof(vemra_sm_data)},
+                 {1, 2, sizeof(vemra_sm_data)},
+                 {5, 2, sizeof(vemra_sm_data)},
+                 {6, 3, sizeof(vemra_sm_data)},
+                 {11, 4, 40},
+                 {21, 5, 80}};
 
     for (const auto &[count, requests, largest] : cases) {
         const MemoryWatch watch;

@@ -3,9 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <clocale>
 #include <csignal>
-#include <cstdio>
 #include <cstdlib>
 #include <locale.h>
 #include <memory>
@@ -17,6 +15,7 @@
 
 #include "kvt/kvt_str.h"
 #include "kvt/messages/job_start.h"
+#include "support/comma_locale.h"
 #include "support/log_capture.h"
 #include "support/messages.h"
 #include "support/random_records.h"
@@ -37,15 +36,12 @@ std::string everything() {
         for (unsigned round = 0; round < 10; ++round) {
             OwnedRecord record(*kind->record);
             fill_randomly(*kind->record, record.get(), random);
-            texts.emplace_back(kvt_str_get_buf_size(value_of(*kind), record.get()), '\0');
-            kvt_msg_to_str(value_of(*kind), record.get(), texts.back().data());
-            texts.back().pop_back();
+            texts.push_back(text_of_record(value_of(*kind), record.get()));
         }
         for (const std::string &text : texts) {
             void *record = nullptr;
             EXPECT_EQ(kvt_msg_from_str(0, 0, text.c_str(), &record), 0);
-            std::string again(kvt_str_get_buf_size(value_of(*kind), record), '\0');
-            kvt_msg_to_str(value_of(*kind), record, again.data());
+            const std::string again = text_of_record(value_of(*kind), record);
             kvt_msg_release(value_of(*kind), record);
             char **split = nullptr;
             EXPECT_EQ(kvt_msg_arr_from_str(text.c_str(), static_cast<uint32_t>(text.size()), &split,
@@ -63,81 +59,6 @@ std::string everything() {
 }
 
 // --- Locale --------------------------------------------------------------------------------------
-
-std::string shown_by_c_library(double value) {
-    char text[32];
-    std::snprintf(text, sizeof text, "%g", value);
-    return text;
-}
-
-/// A locale with a decimal comma, or null where the machine has none.
-const char *comma_locale_name() {
-    const std::string before = std::setlocale(LC_ALL, nullptr);
-    for (const char *name : {"de_DE.UTF-8", "fr_FR.UTF-8"}) {
-        if (std::setlocale(LC_ALL, name) != nullptr) {
-            std::setlocale(LC_ALL, before.c_str());
-            return name;
-        }
-    }
-    return nullptr;
-}
-
-#define SKIP_WITHOUT_COMMA_LOCALE()                                                                \
-    if (comma_locale_name() == nullptr) {                                                          \
-        GTEST_SKIP() << "needs the locale de_DE.UTF-8 or fr_FR.UTF-8";                             \
-    }                                                                                              \
-    static_assert(true)
-
-/// While it lives, the process's locale is one with a decimal comma.
-class ProcessInComma {
-public:
-    ProcessInComma() : before_(std::setlocale(LC_ALL, nullptr)) {
-        std::setlocale(LC_ALL, comma_locale_name());
-        EXPECT_EQ(shown_by_c_library(12.5), "12,5"); // else nothing would be shown
-    }
-
-    ~ProcessInComma() { std::setlocale(LC_ALL, before_.c_str()); }
-
-    ProcessInComma(const ProcessInComma &) = delete;
-    ProcessInComma &operator=(const ProcessInComma &) = delete;
-
-private:
-    std::string before_;
-};
-
-/// The same locale for threads. It comes from that of the process: newlocale of glibc 2.36 leaks
-/// the value of LOCPATH.
-class CommaLocale {
-public:
-    CommaLocale() {
-        const ProcessInComma comma;
-        locale_ = duplocale(LC_GLOBAL_LOCALE);
-    }
-
-    ~CommaLocale() { freelocale(locale_); }
-
-    CommaLocale(const CommaLocale &) = delete;
-    CommaLocale &operator=(const CommaLocale &) = delete;
-
-    locale_t get() const { return locale_; }
-
-private:
-    locale_t locale_;
-};
-
-/// While it lives, the thread has a locale of its own.
-class ThreadIn {
-public:
-    explicit ThreadIn(locale_t locale) : before_(uselocale(locale)) {}
-
-    ~ThreadIn() { uselocale(before_); }
-
-    ThreadIn(const ThreadIn &) = delete;
-    ThreadIn &operator=(const ThreadIn &) = delete;
-
-private:
-    locale_t before_;
-};
 
 std::string begin_job(const std::string &percentage) {
     return message_text("BEGIN_JOB", "  begin_job {\n    quota_percentage: " + percentage +

@@ -14,9 +14,10 @@
 
 #include "kvt/kvt_str.h"
 #include "kvt/message_layer.h"
+#include "record/element_size.h"
 #include "record/member.h"
+#include "support/exact_copy.h"
 #include "support/memory_watch.h"
-#include "support/messages.h"
 #include "support/random_records.h"
 #include "support/rich_messages.h"
 #include "support/strict_release.h"
@@ -56,19 +57,6 @@ private:
     }
 };
 
-size_t width_of(const Row &row) {
-    switch (row.kind) {
-    case RowKind::array16:
-        return 2;
-    case RowKind::array32:
-        return 4;
-    case RowKind::array64:
-        return 8;
-    default:
-        return row.element->size;
-    }
-}
-
 /// True when no count promises more than there is room for: all else may come from the text. The
 /// texts here have fewer elements than the first room for an array, which is zeroed.
 bool counts_hold(const Record &table, void *record) {
@@ -80,7 +68,7 @@ bool counts_hold(const Record &table, void *record) {
             if (elements == nullptr) {
                 continue;
             }
-            if (count > malloc_usable_size(elements) / width_of(row)) {
+            if (count > malloc_usable_size(elements) / element_size(row)) {
                 return false;
             }
             for (uint64_t i = 0; row.kind == RowKind::run && i < count; ++i) {

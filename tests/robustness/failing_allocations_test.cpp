@@ -12,6 +12,7 @@
 
 #include "kvt/kvt_str.h"
 #include "record/member.h"
+#include "support/exact_copy.h"
 #include "support/literal_codec.h"
 #include "support/log_capture.h"
 #include "support/memory_watch.h"
@@ -81,12 +82,6 @@ bool is_part_of(const Record &table, const std::string &part, const std::string 
     return true;
 }
 
-std::string write(const MessageKind &kind, const void *record) {
-    const std::unique_ptr<char[]> buffer(new char[kvt_str_get_buf_size(value_of(kind), record)]);
-    kvt_msg_to_str(value_of(kind), record, buffer.get());
-    return buffer.get();
-}
-
 /// Releases what a reader made; nothing when it refused.
 void release(const MessageKind &kind, void *record) {
     if (record != nullptr) {
@@ -127,7 +122,7 @@ Reading read(const std::string &text, int level) {
 
 std::string read_and_write_again(const MessageKind &kind, const std::string &text) {
     void *record = read(text, 0).record;
-    const std::string written = write(kind, record);
+    const std::string written = text_of_record(value_of(kind), record);
     release(kind, record);
     return written;
 }
@@ -157,7 +152,8 @@ void expect_literal_reading(const MessageKind &kind, const std::string &text, Fa
                 return failed;
             }
             EXPECT_EQ(first_difference(*kind.record, codec.record, literal.record), "");
-            EXPECT_TRUE(is_part_of(*kind.record, write(kind, codec.record), whole));
+            EXPECT_TRUE(
+                is_part_of(*kind.record, text_of_record(value_of(kind), codec.record), whole));
             release(kind, codec.record);
             release(kind, literal.record);
             return failed;
@@ -192,7 +188,8 @@ TEST(FailingAllocations, AllGrowthLeavesTheFirstElementsOfEveryArray) {
         ASSERT_EQ(codec.result, 0) << kind->name;
         EXPECT_EQ(codec.log, std::vector<LogLine>{}) << kind->name;
         EXPECT_EQ(first_difference(*kind->record, codec.record, literal.record), "") << kind->name;
-        EXPECT_TRUE(is_part_of(*kind->record, write(*kind, codec.record), whole)) << kind->name;
+        EXPECT_TRUE(is_part_of(*kind->record, text_of_record(value_of(*kind), codec.record), whole))
+            << kind->name;
         for (const Row &row : kind->record->rows) {
             if (row.counts_elements()) {
                 EXPECT_EQ(load_count(row, codec.record), 5U) << kind->name << row.label.text;

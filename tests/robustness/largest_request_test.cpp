@@ -9,8 +9,9 @@
 
 #include "instructions_hostile.h"
 #include "kvt/kvt_str.h"
+#include "record/element_size.h"
+#include "support/exact_copy.h"
 #include "support/memory_watch.h"
-#include "support/messages.h"
 #include "support/mutations.h"
 #include "support/random_records.h"
 #include "support/rich_messages.h"
@@ -34,19 +35,6 @@ constexpr size_t sequence_multiple = 256;
 /// What may be asked for in any case: a record, the first five elements of an array, the first
 /// places for messages or for counts that lie.
 constexpr size_t always = 2048;
-
-size_t width_of(const Row &row) {
-    switch (row.kind) {
-    case RowKind::array16:
-        return 2;
-    case RowKind::array32:
-        return 4;
-    case RowKind::array64:
-        return 8;
-    default:
-        return row.element->size;
-    }
-}
 
 struct Requests {
     size_t reading;
@@ -85,8 +73,8 @@ TEST(LargestRequest, TheMultipleHoldsForEveryArrayOfEveryTable) {
         EXPECT_LE(table.size, always) << table.name;
         for (const Row &row : table.rows) {
             if (row.counts_elements()) {
-                EXPECT_LE(5 * width_of(row), always) << table.name << " " << row.label.text;
-                EXPECT_LE(2 * width_of(row), read_multiple * (row.key_length + 3U))
+                EXPECT_LE(5 * element_size(row), always) << table.name << " " << row.label.text;
+                EXPECT_LE(2 * element_size(row), read_multiple * (row.key_length + 3U))
                     << table.name << " " << row.label.text;
             }
             if (row.element != nullptr) {

@@ -13,6 +13,7 @@
 
 #include "kvt/kvt_str.h"
 #include "kvt/message_layer.h"
+#include "support/exact_copy.h"
 #include "support/messages.h"
 #include "support/random_records.h"
 #include "support/rich_messages.h"
@@ -72,18 +73,12 @@ public:
     CountedLog &operator=(const CountedLog &) = delete;
 };
 
-std::string write(const MessageKind &kind, const void *record) {
-    const std::unique_ptr<char[]> buffer(new char[kvt_str_get_buf_size(value_of(kind), record)]);
-    EXPECT_EQ(kvt_msg_to_str(value_of(kind), record, buffer.get()), 0);
-    return buffer.get();
-}
-
 std::string read_and_write_again(const MessageKind &kind, const char *text) {
     void *record = nullptr;
     if (kvt_msg_from_str(0, 0, text, &record) != 0) {
         return "(not read)";
     }
-    std::string written = write(kind, record);
+    std::string written = text_of_record(value_of(kind), record);
     kvt_msg_release(value_of(kind), record);
     return written;
 }
@@ -184,7 +179,8 @@ TEST(Threads, ShareTextsAndRecordsThatNobodyChanges) {
         for (unsigned round = 0; round < rounds; ++round) {
             for (const Shared &shared : all) {
                 const Expected &message = *shared.message;
-                EXPECT_EQ(write(*message.kind, shared.record->get()), message.text);
+                EXPECT_EQ(text_of_record(value_of(*message.kind), shared.record->get()),
+                          message.text);
                 EXPECT_EQ(read_and_write_again(*message.kind, shared.text.get()), message.again);
                 EXPECT_EQ(split_and_join(shared.text.get(), message.text.size()), message.again);
             }
@@ -225,7 +221,7 @@ TEST(Threads, HandRecordsOver) {
             [&] { EXPECT_EQ(kvt_msg_from_str(0, 0, exact_copy(message.text).get(), &record), 0); });
         reader.join();
         std::thread writer([&] {
-            EXPECT_EQ(write(*message.kind, record), message.again);
+            EXPECT_EQ(text_of_record(value_of(*message.kind), record), message.again);
             kvt_msg_release(value_of(*message.kind), record);
         });
         writer.join();

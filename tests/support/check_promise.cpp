@@ -1,10 +1,8 @@
 #include "support/check_promise.h"
 
-#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <map>
-#include <memory>
 #include <set>
 #include <sstream>
 #include <string_view>
@@ -14,7 +12,9 @@
 #include "kvt/kvt_str.h"
 #include "kvt/message_layer.h"
 #include "message_table.h"
+#include "support/exact_copy.h"
 #include "support/memory_watch.h"
+#include "support/messages.h"
 #include "text/number.h"
 #include "text/real.h"
 #include "text/scanner.h"
@@ -154,10 +154,8 @@ std::string broken_by_message(const std::string &text, const MessageKind &kind,
     if (kvt_msg_from_str(0, nullptr, text.c_str(), &record) != 0) {
         return "a message is not read for itself";
     }
-    std::string written(kvt_str_get_buf_size(value, record), '#');
-    kvt_msg_to_str(value, record, written.data());
+    const std::string written = text_of_record(value, record);
     kvt_msg_release(value, record);
-    written.pop_back();
     if (watch.alive() != 0) {
         return "a record is not released by its counts";
     }
@@ -174,9 +172,7 @@ std::string broken_by_message(const std::string &text, const MessageKind &kind,
 } // namespace
 
 size_t count_findings(const std::string &text) {
-    const std::unique_ptr<char[]> block(new char[text.size()]);
-    std::copy(text.begin(), text.end(), block.get());
-    return kvt_check(block.get(), text.size(), nullptr, nullptr);
+    return kvt_check(exact_copy_without_nul(text).get(), text.size(), nullptr, nullptr);
 }
 
 std::string broken_promise(const std::string &text) {

@@ -12,6 +12,7 @@
 #include "kvt/message_layer.h"
 #include "record/read_arrays.h"
 #include "record/release.h"
+#include "support/scan_as_long.h"
 
 namespace kvt_test {
 
@@ -79,8 +80,27 @@ const char *conversion(unsigned width) {
     return width == 1 ? "%hhu" : width == 2 ? "%hu" : width == 4 ? "%u" : "%" PRIu64;
 }
 
+/// Scans a number of `width` bytes into a place that need not be aligned.
+void scan_into(const char *text, const std::string &format, unsigned width, char *place) {
+    const auto scan = [&](auto number) {
+        if (scan_as_long(text, format, &number) == 1) {
+            put(place, number);
+        }
+    };
+    switch (width) {
+    case 1:
+        return scan(uint8_t{});
+    case 2:
+        return scan(uint16_t{});
+    case 4:
+        return scan(uint32_t{});
+    default:
+        return scan(uint64_t{});
+    }
+}
+
 /// Where a number of `width` bytes lies that is the low end of one of 64 bits.
-void *low_bytes(uint64_t &number, unsigned width) {
+char *low_bytes(uint64_t &number, unsigned width) {
     const size_t higher = std::endian::native == std::endian::big ? sizeof number - width : 0;
     return reinterpret_cast<char *>(&number) + higher;
 }
@@ -137,10 +157,10 @@ private:
         case RowKind::signed32: {
             const std::string format = key_of(row) + ":" + conversion(row.size);
             if (row.has(shared_value)) {
-                std::sscanf(at, format.c_str(), low_bytes(shared_, row.size));
+                scan_into(at, format, row.size, low_bytes(shared_, row.size));
                 put_number(member, row.size, shared_);
             } else {
-                std::sscanf(at, format.c_str(), member);
+                scan_into(at, format, row.size, member);
             }
             at = next(at);
             say_value(row, static_cast<unsigned>(get_number(member, row.size)));
@@ -208,7 +228,7 @@ private:
         uint32_t count = 0;
         Number value = 0;
         while (has(at, key_of(row))) {
-            if (std::sscanf(at, format.c_str(), &value) != 1) {
+            if (scan_as_long(at, format, &value) != 1) {
                 say(function, function + " missmatch, array[%.50s], frame_key[%.50s], value[%lx]\n",
                     at, format.c_str(), static_cast<unsigned long>(value));
             } else {
@@ -299,7 +319,7 @@ private:
                 return at;
             }
             uint8_t value = 0;
-            std::sscanf(at, format.c_str(), &value);
+            scan_as_long(at, format, &value);
             put(member + i, value);
             at = next(at);
             say(function, function + " txt unpack value[0x%x]\n", static_cast<unsigned>(value));

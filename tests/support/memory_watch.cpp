@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <set>
 
+#include "support/unknown_memory.h"
+
 extern "C" {
 void *__real_calloc(size_t count, size_t size);
 void *__real_realloc(void *block, size_t size);
@@ -106,15 +108,18 @@ void *__wrap_calloc(size_t count, size_t size) {
 
 void *__wrap_realloc(void *block, size_t size) {
     using kvt_test::state;
-    if (!state.watching) {
-        return __real_realloc(block, size);
-    }
-    if (kvt_test::fails(true, size)) {
+    if (state.watching && kvt_test::fails(true, size)) {
         return nullptr;
     }
-    state.alive.erase(block);
+    const size_t known = kvt_test::known_size(block);
+    if (state.watching) {
+        state.alive.erase(block);
+    }
     void *moved = __real_realloc(block, size);
-    state.alive.insert(moved);
+    kvt_test::forget_beyond(known, moved, size);
+    if (state.watching) {
+        state.alive.insert(moved);
+    }
     return moved;
 }
 

@@ -1,36 +1,34 @@
 // Messages as texts and records, through the codec's entry points.
 #pragma once
 
-#include <cstdlib>
-#include <cstring>
 #include <memory>
 #include <string>
 
 #include "kvt/kvt_str.h"
 #include "kvt/message_layer.h"
+#include "support/exact_copy.h"
 
 namespace kvt_test {
-
-/// A text in a block of exactly its size, where a sanitizer sees every character too far.
-inline std::unique_ptr<char[]> exact_copy(const std::string &text) {
-    std::unique_ptr<char[]> copy(new char[text.size() + 1]);
-    std::memcpy(copy.get(), text.c_str(), text.size() + 1);
-    return copy;
-}
 
 /// The envelope of a kind, by its text name, around the lines of a record's block.
 inline std::string message_text(const std::string &kind, const std::string &block) {
     return "msg {\n  type: " + kind + "\n" + block + "}\n";
 }
 
-/// The text that the codec writes, into a buffer of exactly the size that it promises. "(size N)"
-/// when that is not the size of what it writes.
-template <typename Record> std::string to_text(int32_t kind, const Record &record) {
-    const uint32_t size = kvt_str_get_buf_size(kind, &record);
+/// The text that the codec writes of a record, into a buffer of exactly the size that it promises.
+/// "(size N)" when that is not the size of what it writes, "(not written)" when it refuses.
+inline std::string text_of_record(int32_t kind, const void *record) {
+    const uint32_t size = kvt_str_get_buf_size(kind, record);
     const std::unique_ptr<char[]> buffer(new char[size]);
-    kvt_msg_to_str(kind, &record, buffer.get());
+    if (kvt_msg_to_str(kind, record, buffer.get()) != 0) {
+        return "(not written)";
+    }
     const std::string text(buffer.get());
     return text.size() + 1 == size ? text : "(size " + std::to_string(size) + ")";
+}
+
+template <typename Record> std::string to_text(int32_t kind, const Record &record) {
+    return text_of_record(kind, &record);
 }
 
 /// A record read from a text, released with it. Before that, counts must agree with the elements

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "record/element_size.h"
 #include "record/member.h"
 #include "record/release.h"
 
@@ -48,10 +49,6 @@ char *allocate(size_t count, size_t size) {
     return static_cast<char *>(std::calloc(count, size));
 }
 
-unsigned element_width(const Row &row) {
-    return row.kind == RowKind::array16 ? 2 : row.kind == RowKind::array32 ? 4 : 8;
-}
-
 void fill_row(const Row &row, void *record, Random &random) {
     char *member = member_of(row, record);
     switch (row.kind) {
@@ -85,7 +82,7 @@ void fill_row(const Row &row, void *record, Random &random) {
     case RowKind::array16:
     case RowKind::array32:
     case RowKind::array64: {
-        const unsigned width = element_width(row);
+        const unsigned width = element_size(row);
         const size_t count = random_count(random);
         char *elements = count != 0 ? allocate(count, width) : nullptr;
         for (size_t i = 0; i < count; ++i) {
@@ -177,7 +174,7 @@ std::string difference_of_rows(const Row &row, const void *record_a, const void 
         const char *y = load<const char *>(b);
         const uint64_t count = load_count(row, record_a);
         return verdict((x == nullptr) == (y == nullptr) && same_counts() &&
-                       (x == nullptr || std::memcmp(x, y, count * element_width(row)) == 0));
+                       (x == nullptr || std::memcmp(x, y, count * element_size(row)) == 0));
     }
     case RowKind::bytes:
         return verdict(same_bytes(row, a, b));

@@ -5,6 +5,7 @@
 #include <cstring>
 #include <set>
 
+#include "record/element_size.h"
 #include "record/member.h"
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
@@ -25,19 +26,6 @@ namespace kvt_test {
 using namespace kvt_str;
 
 namespace {
-
-unsigned element_size(const Row &row) {
-    switch (row.kind) {
-    case RowKind::array16:
-        return 2;
-    case RowKind::array32:
-        return 4;
-    case RowKind::array64:
-        return 8;
-    default:
-        return row.element->size;
-    }
-}
 
 std::string key_of(const Row &row) {
     return {row.label.text, row.key_length};

@@ -4,8 +4,9 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "kvt/kvt_str.h"
+#include "record/element_size.h"
 #include "record/member.h"
+#include "support/messages.h"
 #include "support/random_records.h"
 
 namespace kvt_test {
@@ -40,7 +41,8 @@ private:
         return static_cast<char *>(std::calloc(count, size));
     }
 
-    void fill_numbers(const Row &row, void *record, unsigned width) {
+    void fill_numbers(const Row &row, void *record) {
+        const unsigned width = element_size(row);
         char *array = allocate(elements_, width);
         for (unsigned i = 0; i < elements_; ++i) {
             store_number(array + size_t{i} * width, width, number(width));
@@ -83,13 +85,9 @@ void RichFiller::fill_row(const Row &row, void *record) {
         break;
     }
     case RowKind::array16:
-        fill_numbers(row, record, 2);
-        break;
     case RowKind::array32:
-        fill_numbers(row, record, 4);
-        break;
     case RowKind::array64:
-        fill_numbers(row, record, 8);
+        fill_numbers(row, record);
         break;
     case RowKind::bytes:
         for (unsigned i = 0; i < row.capacity; ++i) {
@@ -139,10 +137,7 @@ void fill_richly(const Record &table, void *record, unsigned elements) {
 std::string rich_text(const MessageKind &kind, unsigned elements) {
     OwnedRecord record(*kind.record);
     fill_richly(*kind.record, record.get(), elements);
-    std::string text(kvt_str_get_buf_size(value_of(kind), record.get()), '\0');
-    kvt_msg_to_str(value_of(kind), record.get(), text.data());
-    text.pop_back();
-    return text;
+    return text_of_record(value_of(kind), record.get());
 }
 
 bool is_count_line(const Record &table, const std::string &line) {

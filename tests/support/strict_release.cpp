@@ -4,6 +4,7 @@
 #include <malloc.h>
 
 #include "message_table.h"
+#include "record/element_size.h"
 #include "record/member.h"
 
 extern "C" void __real_kvt_msg_release(int32_t msg_type, void *msg);
@@ -16,19 +17,6 @@ using namespace kvt_str;
 
 bool strict = false;
 size_t records = 0;
-
-size_t element_size(const Row &row) {
-    switch (row.kind) {
-    case RowKind::array16:
-        return 2;
-    case RowKind::array32:
-        return 4;
-    case RowKind::array64:
-        return 8;
-    default:
-        return row.element->size;
-    }
-}
 
 void check(const Record &table, void *record) {
     for (const Row &row : table.rows) {

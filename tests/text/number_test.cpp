@@ -16,18 +16,14 @@
 
 #include <gtest/gtest.h>
 
+#include "support/exact_copy.h"
+#include "support/scan_as_long.h"
 #include "text/number.h"
 
 namespace {
 
+using kvt_test::exact_copy;
 using Random = std::mt19937_64;
-
-/// A text and its NUL in a heap block of exactly their size.
-std::unique_ptr<char[]> exact_copy(std::string_view text) {
-    auto copy = std::make_unique<char[]>(text.size() + 1);
-    text.copy(copy.get(), text.size());
-    return copy;
-}
 
 /// What a variable holds before a scan, and after one that fails.
 constexpr uint64_t untouched = 0xA5B6C7D8E9FAABBC;
@@ -59,7 +55,7 @@ uint64_t random_number(Random &random) {
 template <typename Number>
 bool agrees(const char *text, const char *format, bool found, uint64_t value) {
     auto number = static_cast<Number>(untouched);
-    return (std::sscanf(text, format, &number) == 1) == found &&
+    return (kvt_test::scan_as_long(text, format, &number) == 1) == found &&
            number == static_cast<Number>(value);
 }
 

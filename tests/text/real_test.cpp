@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <bit>
 #include <cfenv>
+#include <cfloat>
 #include <clocale>
 #include <cmath>
 #include <cstdint>
@@ -10,7 +11,6 @@
 #include <iterator>
 #include <limits>
 #include <locale.h>
-#include <memory>
 #include <optional>
 #include <ostream>
 #include <random>
@@ -21,9 +21,17 @@
 
 #include <gtest/gtest.h>
 
+#include "support/comma_locale.h"
+#include "support/exact_copy.h"
 #include "text/real.h"
 
 namespace {
+
+using kvt_test::comma_locale_name;
+using kvt_test::CommaLocale;
+using kvt_test::exact_copy;
+using kvt_test::ProcessInComma;
+using kvt_test::ThreadIn;
 
 using Random = std::mt19937_64;
 
@@ -59,8 +67,7 @@ Scanned scan_of_c_library(const std::string &text) {
 
 /// The text lies in a heap block of exactly its size, so that a sanitizer sees one byte too far.
 Scanned scan(const std::string &text) {
-    const auto copy = std::make_unique<char[]>(text.size() + 1);
-    text.copy(copy.get(), text.size());
+    const auto copy = exact_copy(text);
     float value = untouched;
     const bool found = kvt_str::scan_real(copy.get(), value);
     return {found, value};
@@ -371,6 +378,10 @@ std::optional<float> read_plain(const std::string &text) {
 }
 
 TEST(ReadPlainReal, TakesDigitsWithAPointAndWithout) {
+    if (FLT_EVAL_METHOD != 0) {
+        EXPECT_EQ(read_plain("5\n"), std::nullopt);
+        GTEST_SKIP() << "this machine computes floats with more digits: the plain form is not read";
+    }
     EXPECT_EQ(read_plain("5\n"), 5.0F);
     EXPECT_EQ(read_plain("12.5\n  hosts_len: 4\n"), 12.5F);
     EXPECT_EQ(read_plain("0.1\n"), 0.1F);
@@ -546,46 +557,9 @@ TEST(ReadPlainReal, FollowsTheRoundingThatIsSet) {
 
 // --- Both under a locale with a decimal comma ----------------------------------------------------
 
-/// A locale with a decimal comma, where the machine has one.
-const char *comma_locale() {
-    const std::string before = std::setlocale(LC_ALL, nullptr);
-    for (const char *name : {"de_DE.UTF-8", "fr_FR.UTF-8"}) {
-        if (std::setlocale(LC_ALL, name) != nullptr) {
-            std::setlocale(LC_ALL, before.c_str());
-            return name;
-        }
-    }
-    return nullptr;
-}
-
-#define SKIP_WITHOUT_COMMA_LOCALE()                                                                \
-    if (comma_locale() == nullptr) {                                                               \
-        GTEST_SKIP() << "needs the locale de_DE.UTF-8 or fr_FR.UTF-8";                             \
-    }                                                                                              \
-    static_assert(true)
-
-/// While it lives, the process's locale is one with a decimal comma.
-class CommaLocale {
-public:
-    CommaLocale() : before_(std::setlocale(LC_ALL, nullptr)) {
-        std::setlocale(LC_ALL, comma_locale());
-        // Else nothing would be shown.
-        EXPECT_EQ(format_of_c_library(1.5F), "1,5");
-        EXPECT_EQ(scan_of_c_library("1,5"), (Scanned{true, 1.5F}));
-    }
-
-    ~CommaLocale() { std::setlocale(LC_ALL, before_.c_str()); }
-
-    CommaLocale(const CommaLocale &) = delete;
-    CommaLocale &operator=(const CommaLocale &) = delete;
-
-private:
-    std::string before_;
-};
-
 TEST(ScanRealUnderADecimalComma, TakesThePointOnly) {
     SKIP_WITHOUT_COMMA_LOCALE();
-    const CommaLocale locale;
+    const ProcessInComma locale;
     EXPECT_EQ(scan("1.5"), (Scanned{true, 1.5F}));
     EXPECT_EQ(scan("1,5"), (Scanned{true, 1.0F}));
     EXPECT_EQ(scan(".5"), (Scanned{true, 0.5F}));
@@ -603,7 +577,7 @@ TEST(ScanRealUnderADecimalComma, TextsOfEveryFormAreScannedAsInTheCLocale) {
     for (const std::string &text : texts) {
         expected.push_back(scan_of_c_library(text));
     }
-    const CommaLocale locale;
+    const ProcessInComma locale;
     for (size_t i = 0; i < texts.size(); ++i) {
         EXPECT_EQ(scan(texts[i]), expected[i]) << testing::PrintToString(texts[i]);
     }
@@ -611,7 +585,7 @@ TEST(ScanRealUnderADecimalComma, TextsOfEveryFormAreScannedAsInTheCLocale) {
 
 TEST(FormatRealUnderADecimalComma, ShowsThePoint) {
     SKIP_WITHOUT_COMMA_LOCALE();
-    const CommaLocale locale;
+    const ProcessInComma locale;
     EXPECT_EQ(format(1.5F), "1.5");
     EXPECT_EQ(format(-1234567.0F), "-1.23457e+06");
     EXPECT_EQ(format(1e-5F), "1e-05");
@@ -627,7 +601,7 @@ TEST(FormatRealUnderADecimalComma, RandomValuesAreShownAsInTheCLocale) {
         values.push_back(std::bit_cast<float>(static_cast<uint32_t>(random())));
         expected.push_back(format_of_c_library(values.back()));
     }
-    const CommaLocale locale;
+    const ProcessInComma locale;
     for (size_t i = 0; i < values.size(); ++i) {
         ASSERT_EQ(format(values[i]), expected[i]);
     }
@@ -635,33 +609,22 @@ TEST(FormatRealUnderADecimalComma, RandomValuesAreShownAsInTheCLocale) {
 
 TEST(RealUnderADecimalComma, LeavesTheProcesssLocale) {
     SKIP_WITHOUT_COMMA_LOCALE();
-    const CommaLocale locale;
+    const ProcessInComma locale;
     scan("1.5");
     format(1.5F);
-    EXPECT_STREQ(std::setlocale(LC_ALL, nullptr), comma_locale());
+    EXPECT_STREQ(std::setlocale(LC_ALL, nullptr), comma_locale_name());
     EXPECT_EQ(format_of_c_library(1.5F), "1,5");
 }
 
 TEST(RealUnderADecimalComma, IgnoresAndLeavesTheThreadsLocale) {
     SKIP_WITHOUT_COMMA_LOCALE();
-    locale_t comma = nullptr;
-    {
-        const CommaLocale of_process;
-        comma = duplocale(LC_GLOBAL_LOCALE);
-    }
-    const locale_t before = uselocale(comma);
-    const std::string text_of_thread = format_of_c_library(1.5F);
-    const Scanned scanned_value = scan("1.5");
-    const locale_t behind_scan = uselocale(nullptr);
-    const std::string text = format(1.5F);
-    const locale_t behind_format = uselocale(nullptr);
-    uselocale(before);
-    EXPECT_EQ(text_of_thread, "1,5");
-    EXPECT_EQ(scanned_value, (Scanned{true, 1.5F}));
-    EXPECT_EQ(text, "1.5");
-    EXPECT_EQ(behind_scan, comma);
-    EXPECT_EQ(behind_format, comma);
-    freelocale(comma);
+    const CommaLocale comma;
+    const ThreadIn thread(comma.get());
+    EXPECT_EQ(format_of_c_library(1.5F), "1,5");
+    EXPECT_EQ(scan("1.5"), (Scanned{true, 1.5F}));
+    EXPECT_EQ(uselocale(nullptr), comma.get());
+    EXPECT_EQ(format(1.5F), "1.5");
+    EXPECT_EQ(uselocale(nullptr), comma.get());
 }
 
 } // namespace

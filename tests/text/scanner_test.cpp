@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <cstring>
 #include <iterator>
-#include <memory>
 #include <optional>
 #include <random>
 #include <string>
@@ -12,17 +11,12 @@
 #include <gtest/gtest.h>
 
 #include "kvt/kvt_str.h"
+#include "support/exact_copy.h"
 
 namespace {
 
+using kvt_test::exact_copy;
 using Random = std::mt19937_64;
-
-/// A text and its NUL in a heap block of exactly their size.
-std::unique_ptr<char[]> exact_copy(std::string_view text) {
-    auto copy = std::make_unique<char[]>(text.size() + 1);
-    text.copy(copy.get(), text.size());
-    return copy;
-}
 
 /// What the text goes on with from where next_line leads.
 std::string rest_at_next_line(std::string_view text) {

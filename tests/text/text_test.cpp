@@ -2,28 +2,21 @@
 #include <cstdio>
 #include <cstring>
 #include <iterator>
-#include <memory>
 #include <random>
 #include <string>
 #include <string_view>
 
 #include <gtest/gtest.h>
 
+#include "support/exact_copy.h"
 #include "text/scanner.h"
 #include "text/text.h"
 
 namespace {
 
 using kvt_str::Text;
+using kvt_test::exact_copy;
 using Random = std::mt19937_64;
-
-/// A text and its NUL in a heap block of exactly their size, so that a sanitizer sees one byte too
-/// far.
-std::unique_ptr<char[]> exact_copy(std::string_view text) {
-    auto copy = std::make_unique<char[]>(text.size() + 1);
-    text.copy(copy.get(), text.size());
-    return copy;
-}
 
 /// The value that the C library scans from a text that begins with "key"; empty where it does not
 /// match. For the two limits that the format knows.

@@ -6,12 +6,14 @@
 
 #include <gtest/gtest.h>
 
+#include "support/exact_copy.h"
 #include "text/words.h"
 
 namespace {
 
 using kvt_str::copy_words;
 using kvt_str::equal_words;
+using kvt_test::exact_copy_without_nul;
 
 constexpr unsigned greatest_length = 60;
 
@@ -24,19 +26,13 @@ std::string different_characters(unsigned length) {
     return text;
 }
 
-/// Characters in a heap block of exactly their size, so that a sanitizer sees one byte too far.
-std::unique_ptr<char[]> exact_copy(const std::string &characters) {
-    auto copy = std::make_unique<char[]>(characters.size());
-    characters.copy(copy.get(), characters.size());
-    return copy;
-}
-
 TEST(CopyWords, CopiesExactlyTheLength) {
     constexpr unsigned guard = 24;
     for (unsigned length = 0; length <= greatest_length; ++length) {
         const std::string from = different_characters(length);
         std::string out(guard + length + guard, '#');
-        const char *behind = copy_words(out.data() + guard, exact_copy(from).get(), length);
+        const char *behind =
+            copy_words(out.data() + guard, exact_copy_without_nul(from).get(), length);
         EXPECT_EQ(out, std::string(guard, '#') + from + std::string(guard, '#'))
             << "length " << length;
         EXPECT_EQ(behind - out.data(), guard + length);
@@ -47,7 +43,7 @@ TEST(CopyWords, StaysWithinBlocksOfExactlyTheLength) {
     for (unsigned length = 0; length <= greatest_length; ++length) {
         const std::string from = different_characters(length);
         const auto out = std::make_unique<char[]>(length);
-        copy_words(out.get(), exact_copy(from).get(), length);
+        copy_words(out.get(), exact_copy_without_nul(from).get(), length);
         EXPECT_EQ(std::string(out.get(), length), from);
     }
 }
@@ -55,15 +51,16 @@ TEST(CopyWords, StaysWithinBlocksOfExactlyTheLength) {
 TEST(EqualWords, FindsEqualCharactersEqual) {
     for (unsigned length = 4; length <= greatest_length; ++length) {
         const std::string characters = different_characters(length);
-        EXPECT_TRUE(equal_words(exact_copy(characters).get(), exact_copy(characters).get(), length))
+        EXPECT_TRUE(equal_words(exact_copy_without_nul(characters).get(),
+                                exact_copy_without_nul(characters).get(), length))
             << "length " << length;
     }
 }
 
 TEST(EqualWords, FindsADifferenceAtEveryPosition) {
     for (unsigned length = 4; length <= greatest_length; ++length) {
-        const auto a = exact_copy(different_characters(length));
-        const auto b = exact_copy(different_characters(length));
+        const auto a = exact_copy_without_nul(different_characters(length));
+        const auto b = exact_copy_without_nul(different_characters(length));
         for (unsigned i = 0; i < length; ++i) {
             for (const int difference : {0x01, 0x80}) {
                 b[i] = static_cast<char>(a[i] ^ difference);

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "diff_records.h"
+#include "record/element_size.h"
 #include "record/member.h"
 #include "support/messages.h"
 #include "support/random_records.h"
@@ -23,12 +24,6 @@ std::string paths_of(const std::vector<Difference> &differences) {
     return paths;
 }
 
-std::string text_of_message(int32_t kind, const void *record) {
-    std::string text(kvt_str_get_buf_size(kind, record), '\0');
-    kvt_msg_to_str(kind, record, text.data());
-    return text;
-}
-
 TEST(DiffOfRandomRecords, IsNoneBetweenARecordAndItselfReadAgain) {
     kvt_test::Random random(1);
     for (const MessageKind &kind : message_kinds()) {
@@ -37,8 +32,9 @@ TEST(DiffOfRandomRecords, IsNoneBetweenARecordAndItselfReadAgain) {
             kvt_test::fill_randomly(*kind.record, record.get(), random);
             const auto value = static_cast<int32_t>(kind.value);
             // A byte array whose end is another value than 0 is read with zeros behind it.
-            const kvt_test::ReadMessage<char> read(value, text_of_message(value, record.get()));
-            const kvt_test::ReadMessage<char> again(value, text_of_message(value, &*read));
+            const kvt_test::ReadMessage<char> read(value,
+                                                   kvt_test::text_of_record(value, record.get()));
+            const kvt_test::ReadMessage<char> again(value, kvt_test::text_of_record(value, &*read));
             EXPECT_EQ(paths_of(diff_records(*kind.record, record.get(), record.get())), "");
             EXPECT_EQ(paths_of(diff_records(*kind.record, &*read, &*again)), "") << kind.name;
         }
@@ -106,7 +102,7 @@ void collect(const Record &table, void *record, const std::string &prefix,
                     const uint64_t but =
                         row.kind == RowKind::bytes ? row.terminator : uint64_t{UINT64_MAX};
                     leaves.push_back({indexed, [=, &row] {
-                                          flip(element, bits_of(row) / 8, but);
+                                          flip(element, element_size(row), but);
                                       }});
                 }
             }

@@ -14,26 +14,10 @@
 #include "kvt/messages/reservations.h"
 #include "kvt/messages/resource_data.h"
 #include "message_table.h"
+#include "samples.h"
 
 namespace kvt_tool {
 namespace {
-
-OwnedMessage sample_of(int32_t kind, uint64_t seed, uint32_t size) {
-    return generate(*kvt_str::find_kind(kind), {seed, size, seed});
-}
-
-template <typename Record> const Record &record_of(const OwnedMessage &message) {
-    return *static_cast<const Record *>(message.record());
-}
-
-std::vector<uint32_t> many_sizes() {
-    std::vector<uint32_t> sizes;
-    for (uint32_t size = 1; size <= 120; ++size) {
-        sizes.push_back(size);
-    }
-    sizes.insert(sizes.end(), {255, 256, 257, 1000});
-    return sizes;
-}
 
 // --- The data of a job ---------------------------------------------------------------------------
 

@@ -16,6 +16,8 @@
 #include "kvt/messages/message_type.h"
 #include "kvt/messages/resource_data.h"
 #include "kvt/messages/topology.h"
+#include "samples.h"
+#include "support/messages.h"
 
 namespace kvt_tool {
 namespace {
@@ -25,23 +27,13 @@ const MessageKind &kind_of(int32_t value) {
 }
 
 std::string text_of(const OwnedMessage &message) {
-    const auto kind = static_cast<int32_t>(message.kind().value);
-    const uint32_t size = kvt_str_get_buf_size(kind, message.record());
-    EXPECT_NE(size, 0U);
-    std::string text(size, '\0');
-    kvt_msg_to_str(kind, message.record(), text.data());
-    text.pop_back();
-    return text;
+    return kvt_test::text_of_record(static_cast<int32_t>(message.kind().value), message.record());
 }
 
 std::string read_and_written(const MessageKind &kind, const std::string &text) {
     void *record = nullptr;
     EXPECT_EQ(kvt_msg_from_str(0, nullptr, text.c_str(), &record), 0);
     return text_of(OwnedMessage(kind, record));
-}
-
-template <typename Record> const Record &record_of(const OwnedMessage &message) {
-    return *static_cast<const Record *>(message.record());
 }
 
 /// Calls `check(kind, sample)` for every kind with a record and many samples.

@@ -1,39 +1,42 @@
-/*
- * events.h - events and their time.
+/**
+ * @file
+ * Events and their time.
  */
 #ifndef KVT_MESSAGES_EVENTS_H
 #define KVT_MESSAGES_EVENTS_H
 
 #include <stdint.h>
 
+/** A point in time, in two parts. */
 typedef struct vemra_timestamp {
     uint64_t seconds;
-    uint64_t useconds; /* microseconds */
+    uint64_t useconds; /**< microseconds */
 } vemra_timestamp;
 
-/* EVENTS_REQUEST */
+/** EVENTS_REQUEST */
 typedef struct vemra_get_events_request {
     vemra_timestamp ts;
 } vemra_get_events_request;
 
-/* A name and a value. */
+/** A name and a value. */
 typedef struct vemra_event_str_entry {
-    uint32_t entry_name_len; /* size of entry_name with its NUL */
+    uint32_t entry_name_len; /**< size of entry_name with its NUL */
     char *entry_name;
-    uint32_t value_len; /* size of entry_value with its NUL */
+    uint32_t value_len; /**< size of entry_value with its NUL */
     char *entry_value;
 } vemra_event_str_entry;
 
+/** An event, with names and values; an element of EVENTS_REPLY. */
 typedef struct vemra_event {
     uint32_t event_type;
-    uint32_t num_str_entry; /* elements of str_entry_list */
+    uint32_t num_str_entry; /**< elements of str_entry_list */
     vemra_event_str_entry *str_entry_list;
-    vemra_timestamp ts; /* when the event happened */
+    vemra_timestamp ts; /**< when the event happened */
 } vemra_event;
 
-/* EVENTS_REPLY */
+/** EVENTS_REPLY */
 typedef struct vemra_event_list {
-    uint32_t num_event; /* elements of events */
+    uint32_t num_event; /**< elements of events */
     vemra_event *events;
 } vemra_event_list;
 

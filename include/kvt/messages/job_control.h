@@ -1,36 +1,37 @@
-/*
- * job_control.h - small messages that steer a running job.
+/**
+ * @file
+ * Small messages that steer a running job.
  */
 #ifndef KVT_MESSAGES_JOB_CONTROL_H
 #define KVT_MESSAGES_JOB_CONTROL_H
 
 #include <stdint.h>
 
-/* END_JOB: a job ends. */
+/** END_JOB: a job ends. */
 typedef struct vemra_end_job {
     uint64_t job_id;
-    uint64_t reservation_id; /* the reservation that the job ran in, 0 for none */
+    uint64_t reservation_id; /**< the reservation that the job ran in, 0 for none */
 } vemra_end_job;
 
-/* REQ_SM_DATA: asks for subnet-manager data. */
+/** REQ_SM_DATA: asks for subnet-manager data. */
 typedef struct vemra_request_sm_data {
-    uint64_t job_id; /* the job that the data is for, 0 for none */
+    uint64_t job_id; /**< the job that the data is for, 0 for none */
     uint32_t data_type;
 } vemra_request_sm_data;
 
-/* AM_SIGNAL: a signal, given by its flags. */
+/** AM_SIGNAL: a signal, given by its flags. */
 typedef struct vemra_am_signal {
     uint64_t flags;
 } vemra_am_signal;
 
-/* JOB_ERROR: reports an error in a job. */
+/** JOB_ERROR: reports an error in a job. */
 typedef struct vemra_job_error {
-    uint64_t job_id;       /* the job, as the scheduler knows it */
-    uint32_t vemra_job_id; /* the job's number within the aggregation service */
-    uint16_t tree_id;      /* the aggregation tree concerned, 0 for none */
+    uint64_t job_id;       /**< the job, as the scheduler knows it */
+    uint32_t vemra_job_id; /**< the job's number within the aggregation service */
+    uint16_t tree_id;      /**< the aggregation tree concerned, 0 for none */
     uint32_t error;
     uint32_t type;
-    char description[128]; /* NUL-terminated, empty when there is none */
+    char description[128]; /**< NUL-terminated, empty when there is none */
 } vemra_job_error;
 
 #endif

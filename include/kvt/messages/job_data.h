@@ -1,5 +1,6 @@
-/*
- * job_data.h - the data of a job: its daemons, trees, connections and aggregation nodes.
+/**
+ * @file
+ * The data of a job: its daemons, trees, connections and aggregation nodes.
  */
 #ifndef KVT_MESSAGES_JOB_DATA_H
 #define KVT_MESSAGES_JOB_DATA_H
@@ -10,36 +11,36 @@
 
 #include "kvt/messages/job_start.h"
 
-/* The daemon of one host. */
+/** The daemon of one host. */
 typedef struct vemra_sd_info {
     uint8_t version;
-    uint64_t vemrad_id; /* identifier of the daemon */
-    uint8_t addr_type;  /* kind of the address in addr */
-    char addr[128];     /* NUL-terminated */
+    uint64_t vemrad_id; /**< identifier of the daemon */
+    uint8_t addr_type;  /**< kind of the address in addr */
+    char addr[128];     /**< NUL-terminated */
 } vemra_sd_info;
 
-/* An aggregation tree. */
+/** An aggregation tree. */
 typedef struct vemra_tree {
     uint64_t feature_mask;
     uint16_t tree_id;
     uint16_t peer_tree_id;
     uint8_t max_qp_child_idxs;
-    uint8_t versions[1]; /* 0 for none */
-    union ibv_gid mgid;  /* multicast group */
+    uint8_t versions[1]; /**< 0 for none */
+    union ibv_gid mgid;  /**< multicast group */
     vemra_quota quota;
     uint8_t control_path_version;
 } vemra_tree;
 
-/* A connection between a daemon and an aggregation node. */
+/** A connection between a daemon and an aggregation node. */
 typedef struct vemra_tree_conn {
     uint16_t tree_id;
     uint64_t vemrad_id;
-    uint8_t qp_child_idxs[64]; /* 255 behind the last one in use, where there are fewer than 64 */
-    struct ibv_sa_path_rec pr_sd_to_an; /* path from the daemon to the aggregation node */
-    struct ibv_sa_path_rec pr_an_to_sd; /* path back */
+    uint8_t qp_child_idxs[64]; /**< 255 behind the last one in use, where there are fewer than 64 */
+    struct ibv_sa_path_rec pr_sd_to_an; /**< path from the daemon to the aggregation node */
+    struct ibv_sa_path_rec pr_an_to_sd; /**< path back */
 } vemra_tree_conn;
 
-/* An aggregation node. */
+/** An aggregation node. */
 typedef struct vemra_tree_an {
     uint64_t guid;
     uint16_t lid;
@@ -48,7 +49,7 @@ typedef struct vemra_tree_an {
     uint16_t parent_an_id;
 } vemra_tree_an;
 
-/* Options of queue pairs. */
+/** Options of queue pairs. */
 typedef struct vemra_qpc_options {
     uint32_t qkey;
     uint32_t flow_label;
@@ -61,16 +62,16 @@ typedef struct vemra_qpc_options {
     uint8_t timeout_retry_limit;
 } vemra_qpc_options;
 
-/* JOB_DATA: all that a job works with. */
+/** JOB_DATA: all that a job works with. */
 typedef struct vemra_job_data {
     uint64_t job_id;
     uint64_t master_vemrad_id;
-    uint32_t vemra_job_id; /* the job's number within the aggregation service */
+    uint32_t vemra_job_id; /**< the job's number within the aggregation service */
     uint32_t uid;
-    uint32_t hosts_num;     /* elements of hosts_sd_info */
-    uint32_t trees_num;     /* elements of trees */
-    uint32_t conns_num;     /* elements of conns */
-    uint64_t agg_nodes_num; /* elements of agg_nodes */
+    uint32_t hosts_num;     /**< elements of hosts_sd_info */
+    uint32_t trees_num;     /**< elements of trees */
+    uint32_t conns_num;     /**< elements of conns */
+    uint64_t agg_nodes_num; /**< elements of agg_nodes */
     vemra_qpc_options qpc_opts;
     vemra_qpc_options sat_qpc_opts;
     vemra_sd_info *hosts_sd_info;
@@ -78,7 +79,7 @@ typedef struct vemra_job_data {
     vemra_tree_conn *conns;
     vemra_tree_an *agg_nodes;
     uint64_t job_key;
-    uint64_t reservation_id; /* the reservation that the job runs in */
+    uint64_t reservation_id; /**< the reservation that the job runs in */
 } vemra_job_data;
 
 #endif

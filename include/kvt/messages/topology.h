@@ -1,29 +1,31 @@
-/*
- * topology.h - the switches of the fabric and how they are connected.
+/**
+ * @file
+ * The switches of the fabric and how they are connected.
  */
 #ifndef KVT_MESSAGES_TOPOLOGY_H
 #define KVT_MESSAGES_TOPOLOGY_H
 
 #include <stdint.h>
 
-/* TOPOLOGY_INFO_REQUEST: asks for the switches of some ports. */
+/** TOPOLOGY_INFO_REQUEST: asks for the switches of some ports. */
 typedef struct vemra_topology_info_request {
-    uint32_t num_guids; /* elements of port_guids */
+    uint32_t num_guids; /**< elements of port_guids */
     uint64_t *port_guids;
 } vemra_topology_info_request;
 
+/** A switch and its connections; an element of TOPOLOGY_INFO_REPLY. */
 typedef struct vemra_topology_switch_info {
     uint32_t id;
-    char name[64];           /* NUL-terminated */
-    uint32_t num_peer_ids;   /* elements of peer_ids */
-    uint32_t *peer_ids;      /* identifiers of the switches that it is connected with */
-    uint32_t num_port_guids; /* elements of port_guids */
+    char name[64];           /**< NUL-terminated */
+    uint32_t num_peer_ids;   /**< elements of peer_ids */
+    uint32_t *peer_ids;      /**< identifiers of the switches that it is connected with */
+    uint32_t num_port_guids; /**< elements of port_guids */
     uint64_t *port_guids;
 } vemra_topology_switch_info;
 
-/* TOPOLOGY_INFO_REPLY */
+/** TOPOLOGY_INFO_REPLY */
 typedef struct vemra_topology_info_list {
-    uint32_t num_switches; /* elements of switches */
+    uint32_t num_switches; /**< elements of switches */
     vemra_topology_switch_info *switches;
     uint32_t status;
 } vemra_topology_info_list;
