@@ -33,8 +33,13 @@ if(TARGET kvt)
     install(TARGETS kvt RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tool)
     install(FILES ${PROJECT_SOURCE_DIR}/completions/kvt.bash RENAME kvt
         DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT tool)
+    # Debian's zsh looks into site-functions below /usr/local alone.
+    set(zsh_folder site-functions)
+    if(CMAKE_INSTALL_PREFIX STREQUAL "/usr" AND EXISTS /etc/debian_version)
+        set(zsh_folder vendor-completions)
+    endif()
     install(FILES ${PROJECT_SOURCE_DIR}/completions/_kvt
-        DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions COMPONENT tool)
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/${zsh_folder} COMPONENT tool)
     install(DIRECTORY ${PROJECT_SOURCE_DIR}/editors/vim/
         DESTINATION ${CMAKE_INSTALL_DATADIR}/vim/vimfiles COMPONENT tool)
 endif()

@@ -77,7 +77,7 @@ void put_number(void *at, unsigned width, uint64_t value) {
 }
 
 const char *conversion(unsigned width) {
-    return width == 1 ? "%hhu" : width == 2 ? "%hu" : width == 4 ? "%u" : "%" PRIu64;
+    return width == 1 ? "%hhu" : width == 2 ? "%hu" : width == 4 ? "%u" : "%lu";
 }
 
 /// Scans a number of `width` bytes into a place that need not be aligned.
