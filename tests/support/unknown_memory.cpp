@@ -10,12 +10,13 @@
 #include <malloc.h>
 #include <sanitizer/msan_interface.h>
 
-// Blocks of the heap count as stored. The C++ library is not built with the sanitizer, so what its
-// functions store would count as never stored, in every std::string and std::map.
+// Blocks of the heap count as stored, those that were free before as well. The C++ library is not
+// built with the sanitizer, so what its functions store would count as never stored, in every
+// std::string and std::map.
 extern "C" const char *__msan_default_options(void);
 
 extern "C" const char *__msan_default_options(void) {
-    return "poison_in_malloc=0";
+    return "poison_in_malloc=0:poison_in_free=0";
 }
 #endif
 
