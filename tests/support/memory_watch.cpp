@@ -116,7 +116,7 @@ void *__wrap_realloc(void *block, size_t size) {
         state.alive.erase(block);
     }
     void *moved = __real_realloc(block, size);
-    kvt_test::forget_beyond(known, moved, size);
+    kvt_test::block_has_grown(block, known, moved, size);
     if (state.watching) {
         state.alive.insert(moved);
     }
@@ -127,6 +127,7 @@ void __wrap_free(void *block) {
     if (kvt_test::state.watching) {
         kvt_test::state.alive.erase(block);
     }
+    kvt_test::block_is_released(block);
     __real_free(block);
 }
 

@@ -16,7 +16,7 @@
 extern "C" const char *__msan_default_options(void);
 
 extern "C" const char *__msan_default_options(void) {
-    return "poison_in_malloc=0:poison_in_free=0";
+    return "poison_in_malloc=0:poison_in_free=0:intercept_memcmp=0";
 }
 #endif
 
@@ -30,12 +30,24 @@ size_t known_size([[maybe_unused]] void *block) {
 #endif
 }
 
-void forget_beyond([[maybe_unused]] size_t known, [[maybe_unused]] void *block,
-                   [[maybe_unused]] size_t size) {
+void block_has_grown([[maybe_unused]] void *old, [[maybe_unused]] size_t known,
+                     [[maybe_unused]] void *block, [[maybe_unused]] size_t size) {
 #ifdef KVT_MEMORY_SANITIZER
-    if (block != nullptr && size > known) {
+    if (block == nullptr) {
+        return;
+    }
+    if (block != old) {
+        __msan_unpoison(old, known);
+    }
+    if (size > known) {
         __msan_poison(static_cast<char *>(block) + known, size - known);
     }
+#endif
+}
+
+void block_is_released([[maybe_unused]] void *block) {
+#ifdef KVT_MEMORY_SANITIZER
+    __msan_unpoison(block, known_size(block));
 #endif
 }
 
