@@ -80,6 +80,7 @@ size_t MemoryWatch::alive() const {
 
 void MemoryWatch::free_alive() {
     for (void *block : state.alive) {
+        block_is_released(block);
         __real_free(block);
     }
     state.alive.clear();
