@@ -13,10 +13,10 @@ fail() {
     exit 1
 }
 
-mkdir -p "$root/db/updates" "$root/db/info" "$root/root"
+mkdir -p "$root/db/updates" "$root/db/info" "$root/system"
 touch "$root/db/status" "$root/db/available"
 # What the packages depend on is in the real root; the scratch root has nothing but them.
-in_root=(dpkg --admindir="$root/db" --instdir="$root/root" --log=/dev/null --force-depends
+in_root=(dpkg --admindir="$root/db" --instdir="$root/system" --log=/dev/null --force-depends
     --force-not-root --force-script-chrootless)
 export PATH=$PATH:/usr/sbin:/sbin
 
@@ -31,7 +31,7 @@ depends() { dpkg-deb -f "$folder"/"$1"_*.deb Depends; }
     cat "$root/log" >&2
     fail "cannot install"
 }
-usr=$root/root/usr
+usr=$root/system/usr
 "$usr/bin/kvt" fmt --check "$examples/end_job.kvt" || fail "the installed kvt does not run"
 PKG_CONFIG_PATH=$(dirname "$(find "$usr" -name kvt_str.pc)")
 export PKG_CONFIG_PATH
@@ -45,8 +45,8 @@ cc -std=c99 $(pkg-config --cflags kvt_str) "$examples/embedding/embed_in_c.c" \
     cat "$root/log" >&2
     fail "cannot remove"
 }
-left=$(find "$root/root" ! -type d)
+left=$(find "$root/system" ! -type d)
 [[ -z $left ]] || fail "left behind: $left"
-left=$(find "$root/root" -mindepth 1 -type d)
+left=$(find "$root/system" -mindepth 1 -type d)
 [[ -z $left ]] || fail "left behind: $left"
 echo "The packages can be installed and removed."
