@@ -1,7 +1,5 @@
 #include "block_lines.h"
 
-#include <cstring>
-
 #include "check_value.h"
 
 namespace kvt_checking {
@@ -30,10 +28,8 @@ void BlockLines::report_count(Check &check, size_t counted, size_t count) const 
         return;
     }
     const std::string_view name = key_of(rows_[counted]);
-    const char *text_end = check.cursor.end();
-    const void *newline =
-        std::memchr(line.place.at, '\n', static_cast<size_t>(text_end - line.place.at));
-    const char *end = newline != nullptr ? static_cast<const char *>(newline) : text_end;
+    // The block is closed, and so a newline ends each of its lines.
+    const char *end = find_character('\n', line.place.at, check.cursor.end());
     const Mark mark(line.place, trimmed(line.place.at, end));
     if (!has(counted)) {
         check.findings.report(KVT_FINDING_LONE_COUNT, mark, Quoted{key_of(rows_[count])}, " says ",

@@ -44,7 +44,7 @@ private:
 
     void report_count(Check &check, size_t counted, size_t count) const;
 
-    /// No record has as many (tests/check/row_limit_test.cpp).
+    /// No record has as many (tests/check/table_limits_test.cpp).
     static constexpr size_t most_rows = 64;
 
     std::span<const kvt_str::Row> rows_;

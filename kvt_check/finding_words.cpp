@@ -36,8 +36,7 @@ size_t bytes_of_character(std::string_view text) {
 void Words::add_escaped(unsigned char byte) {
     static constexpr char hexadecimal[] = "0123456789abcdef";
     const char escaped[] = {'\\', 'x', hexadecimal[byte >> 4], hexadecimal[byte & 15]};
-    add(byte == '\n'   ? std::string_view("\\n")
-        : byte == '\r' ? std::string_view("\\r")
+    add(byte == '\r'   ? std::string_view("\\r")
         : byte == '\t' ? std::string_view("\\t")
                        : std::string_view(escaped, sizeof escaped));
 }

@@ -9,7 +9,7 @@ namespace kvt_checking {
 
 Line Check::look_at_line() {
     const Line line = cursor.look_at_line();
-    if (line.ended && line.end != line.at && line.end[-1] == '\r' && !told_of_carriage_returns) {
+    if (line.ended && line.end[-1] == '\r' && !told_of_carriage_returns) {
         told_of_carriage_returns = true;
         findings.report(KVT_FINDING_CARRIAGE_RETURN, mark(line.end - 1, line.end),
                         "lines end with a carriage return and a newline: the reader takes the "

@@ -7,18 +7,18 @@ namespace kvt_checking {
 
 namespace {
 
-/// No key and no name of a kind is longer.
+/// No key and no name of a kind is longer (tests/check/table_limits_test.cpp).
 constexpr size_t longest_word = 99;
 
 char lower(char c) {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
-bool same(char a, char b) {
-    return lower(a) == lower(b) || (a == '-' && b == '_') || (a == '_' && b == '-');
+bool same(char unknown, char known) {
+    return lower(unknown) == lower(known) || (unknown == '-' && known == '_');
 }
 
-/// How many changes lead from one word to the other, neither longer than longest_word.
+/// How many changes lead from the unknown word to the known one, neither longer than longest_word.
 size_t count_changes(std::string_view a, std::string_view b) {
     uint8_t rows[3][longest_word + 1];
     uint8_t *before_last = rows[0];
@@ -54,12 +54,12 @@ Nearest::Nearest(std::string_view unknown)
 void Nearest::consider(std::string_view known) {
     const size_t longer = std::max(known.size(), unknown_.size());
     const size_t shorter = std::min(known.size(), unknown_.size());
-    // A word that keeps none of its characters is another word.
+    // One letter may be the begin of anything.
     if (longer > longest_word || longer - shorter >= fewest_ || shorter <= 1) {
         return;
     }
     const size_t changes = count_changes(unknown_, known);
-    if (changes < fewest_ && changes < shorter) {
+    if (changes < fewest_) {
         fewest_ = changes;
         word_ = known;
     }

@@ -98,6 +98,8 @@ TEST(CheckedArrays, AreInOnePlace) {
 TEST(CheckedArrays, IgnoreBracesWithinThem) {
     EXPECT_EQ(found(begin_job("    port_guids: 1\n    port_guids: 2 }\n    port_guids: 3\n")),
               "5:19 behind-number '}'\n");
+    EXPECT_EQ(found(begin_job("    port_guids: 1\n    port_guids { }\n    port_guids: 3\n")),
+              "5:5 block-for-value 'port_guids { }'\n");
 }
 
 TEST(CheckedArrays, InTheRecordHaveAPlaceForEveryLine) {

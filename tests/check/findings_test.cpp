@@ -104,6 +104,21 @@ TEST(Findings, TellTheKeyThatWasProbablyMeant) {
     EXPECT_EQ(nearest_in("quoat {\n}\n"), "quota ");
 }
 
+TEST(Findings, TakeTwoLettersForAShortKeyButNotOne) {
+    const auto said_in_agg_node = [](const std::string &line) {
+        return said_of(message_of("RESOURCE_DATA", "resource_message",
+                                  "    agg_nodes {\n" + line + "    }\n"));
+    };
+    EXPECT_EQ(said_in_agg_node("st: 1\n"),
+              "'agg_nodes' knows no key 'st': the reader skips this line; did you mean 'ts'?\n");
+    EXPECT_EQ(said_in_agg_node("t: 1\n"),
+              "'agg_nodes' knows no key 't': the reader skips this line\n");
+    EXPECT_EQ(said_in_agg_node("as: 1\n"),
+              "'agg_nodes' knows no key 'as': the reader skips this line; did you mean 'ts'?\n");
+    EXPECT_EQ(said_in_agg_node("ab: 1\n"),
+              "'agg_nodes' knows no key 'ab': the reader skips this line\n");
+}
+
 TEST(Findings, ShowWhatCannotBePrinted) {
     EXPECT_EQ(
         said_of(begin_job("    job_id: \x01\x7F\t\xFF\xC3\n")),
@@ -113,6 +128,13 @@ TEST(Findings, ShowWhatCannotBePrinted) {
         said_of(begin_job("    job_id: \xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80\xC2\x80\xE2\x82x\n")),
         "'\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80\\xc2\\x80\\xe2\\x82x' is no number, and 'job_id' "
         "wants one: the field stays as it was\n");
+    EXPECT_EQ(
+        said_of(begin_job("    job_id: \xC2\xA7\xC2\x9F\n")),
+        "'\xC2\xA7\\xc2\\x9f' is no number, and 'job_id' wants one: the field stays as it was\n");
+    // A byte that begins no character is shown, also where the end is cut off.
+    EXPECT_EQ(said_of(begin_job("    job_id: \xFF" + std::string(60, 'x') + "\n")),
+              "'\\xff" + std::string(59, 'x') +
+                  "...' is no number, and 'job_id' wants one: the field stays as it was\n");
     // A character of several bytes is shown whole or not at all.
     EXPECT_EQ(said_of(begin_job("    job_id: " + std::string(59, 'x') + "\xC3\xA9\n")),
               "'" + std::string(59, 'x') +

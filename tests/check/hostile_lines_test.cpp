@@ -3,16 +3,14 @@
 // that are hostile to the check alone.
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cstring>
-#include <ctime>
-#include <limits>
 #include <string>
 #include <vector>
 
 #include "instructions_hostile.h"
 #include "kvt/kvt_check.h"
 #include "support/memory_watch.h"
+#include "support/time_growth.h"
 
 namespace kvt_test {
 namespace {
@@ -57,39 +55,24 @@ void check(const std::string &text) {
     kvt_check(text.data(), text.size(), look_at, &sum);
 }
 
-double cpu_seconds() {
-    timespec now;
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
-    return static_cast<double>(now.tv_sec) + 1e-9 * static_cast<double>(now.tv_nsec);
-}
-
 std::string text_of_size(const HostileText &hostile, size_t size) {
     return hostile.text(size / std::strlen(hostile.repeated));
 }
 
-/// How many times as long a text takes as so many texts of a part of its size: the least of some
-/// attempts, as other processes may disturb.
+/// A text takes at most so many times as long as so many texts of a part of its size.
+constexpr double growth_limit = 1.5;
+constexpr size_t parts = 8;
+
 double growth_of(const HostileText &hostile) {
     constexpr size_t size = size_t{1} << 19;
-    constexpr size_t parts = 8;
     const std::string whole = text_of_size(hostile, size);
     const std::string part = text_of_size(hostile, size / parts);
-    double of_whole = std::numeric_limits<double>::max();
-    double of_parts = std::numeric_limits<double>::max();
-    for (int attempt = 0; attempt < 12; ++attempt) {
-        double start = cpu_seconds();
+    const auto check_parts = [&] {
         for (size_t i = 0; i < parts; ++i) {
             check(part);
         }
-        of_parts = std::min(of_parts, cpu_seconds() - start);
-        start = cpu_seconds();
-        check(whole);
-        of_whole = std::min(of_whole, cpu_seconds() - start);
-        if (of_whole <= (attempt < 3 ? 1.25 : 1.5) * of_parts) {
-            break;
-        }
-    }
-    return of_whole / of_parts;
+    };
+    return least_times(growth_limit, check_parts, [&] { check(whole); }).growth();
 }
 
 TEST(ThousandsOfCheckedLines, TakeTimeOfTheirNumberAndNoMemory) {
@@ -99,7 +82,7 @@ TEST(ThousandsOfCheckedLines, TakeTimeOfTheirNumberAndNoMemory) {
     }
     const MemoryWatch watch;
     for (const HostileText &hostile : texts) {
-        EXPECT_LE(growth_of(hostile), 1.5) << hostile.name;
+        EXPECT_LE(growth_of(hostile), growth_limit) << hostile.name;
     }
     EXPECT_EQ(watch.requests(), 0U);
 }

@@ -129,6 +129,9 @@ TEST(CheckedBraces, StandAlone) {
               "6:7 beside-brace 'max_qps: 3'\n");
     EXPECT_EQ(found(begin_job("    quota {\n      max_qps: 3 }\n    uid: 3\n")),
               "5:7 beside-brace 'max_qps: 3'\n");
+    EXPECT_EQ(said_of(begin_job("    quota {\n      x: 3 }\n    uid: 3\n")),
+              "the reader closes the block at this line, and does not read what stands before the "
+              "brace\n");
     EXPECT_EQ(said_of(begin_job("    quota {\n      max_osts: 5\n      max_qps: 3 }\n")),
               "the reader closes the block at this line, and does not read what stands before the "
               "brace\n");

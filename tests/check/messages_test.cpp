@@ -34,6 +34,10 @@ TEST(CheckedTextFrames, HoldNothingButMessages) {
               "8:1 outside 'hello'\n13:13 not-a-number 'x'\n");
     EXPECT_EQ(found(end_job + "}\n" + end_job), "7:1 outside '}'\n");
     EXPECT_EQ(found(end_job + "# end"), "7:1 outside '# end'\n");
+    // A later message begins at its whole line, whatever blanks stand in it.
+    EXPECT_EQ(found(end_job + "}\nmsg\t{\n  type: END_JOB\n  end_job {\n    job_id: x\n  }\n}\n"),
+              "7:1 outside '}'\n11:13 not-a-number 'x'\n");
+    EXPECT_EQ(found(end_job + "}\nmsg \t"), "7:1 outside '}'\n");
     EXPECT_EQ(found("msg {\n  type: END_JOB\n  end_job {\n  }\n  end_job {\n  }\n}\n" + broken),
               "5:3 outside 'end_job {'\n11:13 not-a-number 'x'\n");
     EXPECT_EQ(said_of(end_job + "hello\n"),

@@ -145,6 +145,12 @@ TEST(CheckedFloats, AreNumbersWithNothingBehindThem) {
     EXPECT_EQ(found(share(" 1.2.3")), "4:26 behind-number '.3'\n");
     EXPECT_EQ(found(share(" 1e")), "4:24 behind-number 'e'\n");
     EXPECT_EQ(found(share(" 1e+")), "4:24 behind-number 'e+'\n");
+    EXPECT_EQ(found(share(" 1ex")), "4:24 behind-number 'ex'\n");
+    EXPECT_EQ(found(share(" 1e-x")), "4:24 behind-number 'e-x'\n");
+    EXPECT_EQ(found(share(" 1e2x")), "4:26 behind-number 'x'\n");
+    EXPECT_EQ(found(share(" 0xAfg")), "4:27 behind-number 'g'\n");
+    EXPECT_EQ(found(share(" 0x1p3q")), "4:28 behind-number 'q'\n");
+    EXPECT_EQ(found(share(" 0x1e3p")), "4:28 behind-number 'p'\n");
     EXPECT_EQ(found(share(" 0x1.2.3")), "4:28 behind-number '.3'\n");
     EXPECT_EQ(found(share(" 0x.")), "4:24 behind-number 'x.'\n");
     EXPECT_EQ(found(share(" nanny")), "4:26 behind-number 'ny'\n");
@@ -160,6 +166,7 @@ TEST(CheckedFloats, KeepAllOfTheirDigits) {
     EXPECT_EQ(found(share(" 0x1p999")), "4:23 rounded '0x1p999'\n");
     EXPECT_EQ(found(share(" 0x1p-999")), "4:23 rounded '0x1p-999'\n");
     EXPECT_EQ(found(share(" 0x0p5")), "");
+    EXPECT_EQ(found(share(" 0xabcdef")), "4:23 rounded '0xabcdef'\n");
     EXPECT_EQ(found(share(" 0x1.23456p0")), "4:23 rounded '0x1.23456p0'\n");
     EXPECT_EQ(found(share(" " + std::string(61, '0'))),
               "4:23 rounded '" + std::string(61, '0') + "'\n");
@@ -180,6 +187,13 @@ TEST(CheckedTextValues, StandBetweenQuotesOnOneLine) {
     EXPECT_EQ(found(job_error("    description: \"link\ndown\"\n")),
               "4:18 open-text '\"link'\n5:1 stray-line 'down\"'\n");
     EXPECT_EQ(found(job_error("    description: \"\"\n")), "4:18 empty-text '\"\"'\n");
+    // A number on the next line is no value of a text.
+    EXPECT_EQ(said_of(job_error("    description:\n    5\n")),
+              "no value stands behind 'description': the text becomes empty\n"
+              "'5' begins with no key: the reader skips this line\n");
+    EXPECT_EQ(said_of(begin_job("    hosts:\n    5\n")),
+              "no value stands behind 'hosts': there is no element for it\n"
+              "'5' begins with no key: the reader skips this line\n");
     EXPECT_EQ(said_of(job_error("    description:\n    error: 5\n")),
               "no value stands behind 'description': the text becomes empty\n");
     EXPECT_EQ(said_of(begin_job("    hosts: \"\"\n")),

@@ -6,12 +6,10 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <ctime>
 #include <fstream>
 #include <limits>
 #include <memory>
@@ -22,6 +20,7 @@
 #include "kvt/kvt_str.h"
 #include "kvt/message_layer.h"
 #include "kvt/messages/message_type.h"
+#include "support/time_growth.h"
 
 namespace kvt_test {
 namespace {
@@ -80,13 +79,6 @@ void take(Way way, int32_t kind, const char *text, size_t length) {
     }
 }
 
-/// The time that this process has run so far. Other processes may run meanwhile.
-double cpu_seconds() {
-    timespec now;
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
-    return static_cast<double>(now.tv_sec) + 1e-9 * static_cast<double>(now.tv_nsec);
-}
-
 /// Kilobytes of this process that are in memory now (VmRSS), or have been at most (VmHWM).
 long status_line(const char *name) {
     std::ifstream status("/proc/self/status");
@@ -108,9 +100,7 @@ std::string text_of_size(const HostileText &hostile, size_t size) {
     return hostile.text(size / std::strlen(hostile.repeated));
 }
 
-/// Reads the text once for the memory, then it and its parts in turn for the time, until the limit
-/// is met without doubt or has been missed a dozen times: the least time is that without a
-/// disturbance.
+/// Reads the text once for the memory, then it and its parts in turn for the time.
 Measurement measure_here(Way way, int32_t kind, const std::string &whole,
                          const std::vector<std::string> &texts) {
     Measurement measurement;
@@ -123,24 +113,17 @@ Measurement measure_here(Way way, int32_t kind, const std::string &whole,
     // From now on memory stays in the heap, or new pages would be what takes the time.
     mallopt(M_MMAP_MAX, 0);
     mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
-    double of_whole = std::numeric_limits<double>::max();
-    double of_parts = std::numeric_limits<double>::max();
-    for (int attempt = 0; attempt < 12; ++attempt) {
-        double start = cpu_seconds();
+    const auto take_parts = [&] {
         for (const std::string &text : texts) {
             take(way, kind, text.c_str(), text.size());
         }
-        of_parts = std::min(of_parts, cpu_seconds() - start);
-        start = cpu_seconds();
+    };
+    const auto take_whole = [&] {
         take(way, kind, whole.c_str(), whole.size());
-        of_whole = std::min(of_whole, cpu_seconds() - start);
-        const double enough = attempt < 3 ? 1.25 : growth_limit;
-        if (of_whole <= enough * of_parts) {
-            break;
-        }
-    }
-    measurement.growth = of_whole / of_parts;
-    measurement.nanoseconds = 1e9 * of_whole / static_cast<double>(whole.size());
+    };
+    const LeastTimes least = least_times(growth_limit, take_parts, take_whole);
+    measurement.growth = least.growth();
+    measurement.nanoseconds = 1e9 * least.whole / static_cast<double>(whole.size());
     return measurement;
 }
 
