@@ -144,9 +144,9 @@ template <typename Number> KVT_FOLDED uint64_t count_digits(Number number) {
         const auto bits = static_cast<size_t>(std::bit_width(number));
         return (number + digits_by_bits[bits]) >> 32;
     }
-    // 1233/4096 is a little below log10(2): the estimate is right or one too small.
+    // 1233/4096 is a little below log10(2): the estimate is right or one too small, 19 at most.
     const unsigned estimate = static_cast<unsigned>(std::bit_width(number)) * 1233 >> 12;
-    return estimate + (estimate < 20 && number >= powers_of_ten[estimate] ? 1 : 0);
+    return estimate + (number >= powers_of_ten[estimate] ? 1 : 0);
 }
 
 } // namespace kvt_str
