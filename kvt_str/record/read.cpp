@@ -65,10 +65,10 @@ void BlockReader::trace_value(const Row &row) const {
     }
     const char *member = member_of(row, record_);
     if (row.kind == RowKind::real) {
-        // Shown without its fraction; 0 where neither a signed nor an unsigned number of 32 bits
-        // holds it.
+        // Shown without its fraction, and by its low 32 bits like any number. These are 0 in a
+        // float that 64 bits do not hold; so is what is shown of an infinite one and of NaN.
         const auto value = static_cast<double>(load<float>(member));
-        const bool fits = value > -2147483649.0 && value < 4294967296.0;
+        const bool fits = value > -0x1p63 && value < 0x1p63;
         trace(table_.reader, row.trace,
               fits ? static_cast<unsigned>(static_cast<int64_t>(value)) : 0U);
     } else {

@@ -601,15 +601,16 @@ TEST(SignedNumbers, AreWrittenWithTheirSignAndReadAsTheSameBits) {
     }
 }
 
-TEST(Floats, TraceTheirIntegerOrZeroWhereNoneOf32BitsHoldsIt) {
+TEST(Floats, TraceTheLow32BitsOfTheirInteger) {
     const struct {
         const char *value;
         const char *traced;
     } cases[] = {
-        {"12.9", "0xc"},        {"-5.5", "0xfffffffb"}, {"3000000000", "0xb2d05e00"},
-        {"4294967296", "0x0"},  {"1e30", "0x0"},        {"-2147483648", "0x80000000"},
-        {"-2147483904", "0x0"}, {"nan", "0x0"},         {"-inf", "0x0"},
-        {"x", "0x0"},           {"0x10", "0x10"},
+        {"12.9", "0xc"},       {"-5.5", "0xfffffffb"}, {"3000000000", "0xb2d05e00"},
+        {"4294967296", "0x0"}, {"5e9", "0x2a05f200"},  {"-2147483648", "0x80000000"},
+        {"1e30", "0x0"},       {"-1e30", "0x0"},       {"-2147483904", "0x7fffff00"},
+        {"nan", "0x0"},        {"-inf", "0x0"},        {"inf", "0x0"},
+        {"x", "0x0"},          {"0x10", "0x10"},       {"-5e9", "0xd5fa0e00"},
     };
 
     for (const auto &c : cases) {

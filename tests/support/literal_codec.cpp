@@ -2,6 +2,7 @@
 
 #include <bit>
 #include <cinttypes>
+#include <cmath>
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
@@ -170,7 +171,7 @@ private:
             std::sscanf(at, (key_of(row) + ":%f").c_str(), member);
             at = next(at);
             const auto value = get<float>(member);
-            const bool held = value > -2147483904.0F && value < 4294967296.0F;
+            const bool held = std::fabs(value) < std::ldexp(1.0F, 56);
             say_value(row, held ? static_cast<unsigned>(static_cast<int64_t>(value)) : 0U);
             return at;
         }

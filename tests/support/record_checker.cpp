@@ -18,7 +18,9 @@
 #endif
 
 #ifdef KVT_SANITIZER_KNOWS_BLOCKS
-#include <sanitizer/allocator_interface.h>
+// Every sanitizer has these, but g++ has no header for them.
+extern "C" int __sanitizer_get_ownership(const volatile void *block);
+extern "C" size_t __sanitizer_get_allocated_size(const volatile void *block);
 #endif
 
 namespace kvt_test {
