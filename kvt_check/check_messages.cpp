@@ -270,9 +270,11 @@ void MessagesCheck::check_between() {
         }
         if (!told_of_blank_lines_) {
             told_of_blank_lines_ = true;
-            findings_.report(KVT_FINDING_OUTSIDE, check_.mark(line.at, line.end),
-                             "a line of a carriage return stands between two messages: it is not "
-                             "empty for the reader, which stops here, and reads nothing below");
+            findings_.report(
+                KVT_FINDING_OUTSIDE, check_.mark(line.at, line.end),
+                "a line of a carriage return, or the like, stands between two "
+                "messages: it is not empty for the reader, which stops here, and reads "
+                "nothing below");
         }
         cursor_.step_over_line();
     }

@@ -27,6 +27,11 @@ static void expect(int holds, const char *what) {
     }
 }
 
+/* A table of functions, as one that is filled by dlsym(). */
+struct reader {
+    int32_t (*kvt_msg_from_str)(kvt_ignored, kvt_ignored, const char *, void **);
+};
+
 static void write_and_read_a_job(void) {
     char hosts[] = "node001,node002";
     uint64_t guids[] = {1, 18446744073709551615u};
@@ -49,6 +54,9 @@ static void write_and_read_a_job(void) {
     expect(strlen(text) + 1 == size, "the size is exact");
 
     void *record = NULL;
+    const struct reader reader = {kvt_msg_from_str};
+    expect(reader.kvt_msg_from_str(NULL, size, text, &record) == 0, "reads through a pointer");
+    kvt_msg_release(VEMRA_MSG_TYPE_BEGIN_JOB, record);
     expect(kvt_msg_from_str(NULL, size, text, &record) == 0, "reads");
     const vemra_begin_job *read = record;
     expect(read->job_id == 42 && read->quota_percentage == 12.5f, "numbers survive");

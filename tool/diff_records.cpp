@@ -124,7 +124,13 @@ void RecordComparison::compare_values(const Record &table, const Row &row, const
         return;
     }
     const Within within(*this, key_of(row));
-    report(What::changed, shown_value(row, a), shown_value(row, b));
+    std::string before = shown_value(row, a);
+    std::string after = shown_value(row, b);
+    if (before == after) { // floats, whose difference lies behind the digits that are written
+        before = exact_real(real_of(row, a));
+        after = exact_real(real_of(row, b));
+    }
+    report(What::changed, std::move(before), std::move(after));
 }
 
 void RecordComparison::one_sided(What what, const Row &row, const Elements &elements,

@@ -2,6 +2,7 @@
 
 #include <new>
 
+#include "diff_records.h"
 #include "findings.h"
 #include "from_json.h"
 #include "json_stream.h"
@@ -99,17 +100,34 @@ private:
 
 // --- From JSON -----------------------------------------------------------------------------------
 
-/// What the reader would lose of a message's text: quotes and braces within its texts, mostly.
-/// Empty when it reads just the same message.
+/// What stands in a text without findings, and is read as something else.
+std::string changes_of(const kvt_str::MessageKind &kind,
+                       const std::vector<Difference> &differences) {
+    std::string words;
+    for (const Difference &difference : differences) {
+        words += (words.empty() ? "" : "; ") + (kind.block + ("." + difference.path)) + ": " +
+                 difference.before + " would be " + difference.after;
+    }
+    return words;
+}
+
+/// What the reader would lose of a message's text: quotes and braces within its texts, mostly, and
+/// digits of floats. Empty when it reads just the same message.
 std::string losses_of(const OwnedMessage &made, const std::string &text) {
     const std::string no_name;
     const Unit unit{no_name, text.c_str(), text.size(), 1, 0, false};
+    const Record &table = *made.kind().record;
     size_t messages = 0;
     bool same = false;
+    std::string changes;
     const bool read = read_messages(unit, [&](const ReadMessage &message) {
         ++messages;
-        same = message.kind.value == made.kind().value &&
-               same_content(*made.kind().record, made.record(), message.record);
+        if (message.kind.value == made.kind().value) {
+            same = same_content(table, made.record(), message.record);
+            changes =
+                same ? ""
+                     : changes_of(made.kind(), diff_records(table, made.record(), message.record));
+        }
     });
     if (read && same && messages == 1) {
         return "";
@@ -122,7 +140,9 @@ std::string losses_of(const OwnedMessage &made, const std::string &text) {
         return 0;
     };
     kvt_check(text.data(), text.size(), add, &losses);
-    return losses.empty() ? "the reader would take it for something else" : losses;
+    return !losses.empty()    ? losses
+           : !changes.empty() ? changes
+                              : "the reader would take it for something else";
 }
 
 class FromJsonJob {

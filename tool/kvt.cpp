@@ -5,11 +5,15 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cerrno>
+#include <charconv>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <functional>
 #include <iostream>
 #include <new>
+#include <string>
+#include <system_error>
 #include <thread>
 
 #include "check.h"
@@ -73,6 +77,17 @@ void take_threads(CLI::App *command, CommonOptions &options) {
         ->type_name("N")
         ->check(CLI::Range(0U, 1024U).description(""));
 }
+
+/// A number of 64 bits. The command line's parser itself would take -1 for the greatest.
+const CLI::Validator whole_number(
+    [](std::string &word) {
+        uint64_t number = 0;
+        const char *end = word.data() + word.size();
+        const auto [behind, error] = std::from_chars(word.data(), end, number);
+        return behind == end && error == std::errc() ? std::string()
+                                                     : word + " is no whole number of 64 bits";
+    },
+    "");
 
 // --- The commands --------------------------------------------------------------------------------
 
@@ -271,6 +286,7 @@ void add_graph(CLI::App &app) {
     command
         ->add_option("-m,--message", options.message,
                      "The number of the message to draw, counted from 1")
+        ->check(whole_number)
         ->type_name("N");
     command->add_flag_callback(
         "--all-nodes", [] { options.detail = Detail::all; }, "Draw every node by itself");
@@ -388,13 +404,16 @@ void add_gen(CLI::App &app) {
         "fabric.svg");
     command->add_option("KIND", word, "A kind or the name of its block; a mix when none")
         ->type_name("");
-    command->add_option("--seed", options.seed, "Another number, another fabric")->type_name("N");
+    command->add_option("--seed", options.seed, "Another number, another fabric")
+        ->check(whole_number)
+        ->type_name("N");
     command
         ->add_option("--size", options.size, "Elements of the longest lists: hosts, switches, ...")
         ->check(CLI::Range(0U, largest_sample_size).description(""))
         ->type_name("N")
         ->capture_default_str();
     command->add_option("-n,--count", options.count, "How many messages")
+        ->check(whole_number)
         ->type_name("N")
         ->capture_default_str();
     command->callback([] {
@@ -428,8 +447,9 @@ ExitStatus run() {
 void occupy_closed_streams() {
     for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
         if (fcntl(stream, F_GETFD) < 0) {
-            // Standard output cannot be written then, which is said as for any other reason.
-            open("/dev/null", stream == STDERR_FILENO ? O_WRONLY : O_RDONLY);
+            // Standard input cannot be read then and standard output not written, which is said as
+            // for any other reason.
+            open("/dev/null", stream == STDOUT_FILENO ? O_RDONLY : O_WRONLY);
         }
     }
 }

@@ -1,6 +1,7 @@
 #include "record_content.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 #include <functional>
 #include <string_view>
@@ -22,8 +23,9 @@ uint64_t text_hash(std::string_view text) {
 }
 
 bool same_reals(const Row &row, const void *a, const void *b) {
-    // Six digits are written, so floats that differ beyond them are the same text.
-    return real_of(row, a) == real_of(row, b) || plain_value(row, a) == plain_value(row, b);
+    // NaN is like NaN of the same sign, whose text is the same.
+    return real_of(row, a) == real_of(row, b) ||
+           (std::isnan(real_of(row, a)) && plain_value(row, a) == plain_value(row, b));
 }
 
 bool same_elements(const Row &row, const void *record_a, const void *record_b) {

@@ -11,10 +11,10 @@ namespace kvt_tool {
 /// as equal for it is to be compared.
 uint64_t content_hash(const Record &table, const void *record);
 
-/// True when the writer writes the same for both.
+/// True when the writer writes the same for both, and would if it wrote all digits of a float.
 bool same_content(const Record &table, const void *a, const void *b);
 
-/// True when it writes the same for one field of both.
+/// The same for one field of both.
 bool same_value(const Row &row, const void *a, const void *b);
 
 /// A hash of what it writes for one field.

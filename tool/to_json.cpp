@@ -4,6 +4,8 @@
 #include <cmath>
 #include <string>
 
+#include "value_text.h"
+
 namespace kvt_tool {
 
 using namespace kvt_str;
@@ -38,10 +40,9 @@ Json real_to_json(float value) {
         return value > 0 ? "Infinity" : "-Infinity";
     }
     // The shortest digits that tell the float, not those of the double next to it.
-    char digits[32];
-    const char *end = std::to_chars(digits, digits + sizeof digits, value).ptr;
+    const std::string digits = exact_real(value);
     double shortest = 0;
-    std::from_chars(digits, end, shortest);
+    std::from_chars(digits.data(), digits.data() + digits.size(), shortest);
     return shortest;
 }
 

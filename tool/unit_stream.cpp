@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <string_view>
 #include <utility>
 
 namespace kvt_tool {
@@ -13,6 +14,19 @@ constexpr size_t kept_of_outside = 1 << 16;
 
 bool is_blank(char character) {
     return character == ' ' || character == '\t';
+}
+
+/// By how much a line may change the depth. The codec counts all braces of a line, or one of a
+/// kind, or none behind a key, as it depends on the block: a message that is taken for longer than
+/// it is ends where the next one begins at the latest, but one that is cut short is lost.
+int64_t greatest_change_of_depth(std::string_view line) {
+    const auto opening = std::ranges::count(line, '{');
+    const auto closing = std::ranges::count(line, '}');
+    const size_t first = line.find_first_not_of(" \t");
+    const bool begins_with_closing = first != line.npos && line[first] == '}';
+    const int64_t opens = opening != 0 ? 1 : 0;
+    const int64_t closes = begins_with_closing ? 1 : 0;
+    return std::max<int64_t>(opening - closing, opens - closes);
 }
 
 } // namespace
@@ -75,22 +89,19 @@ bool UnitStream::find_next_beginning(size_t &beginning) {
     }
 }
 
-/// Finds the end of the line that closes the message, before `limit`. Braces count by lines, as
-/// the codec counts them.
+/// Finds the end of the line that closes the message, before `limit`.
 bool UnitStream::find_closing_line(size_t limit, size_t &end) {
     while (scan_.counted < limit) {
-        const char *line = pending_.data() + scan_.counted;
+        const char *start = pending_.data() + scan_.counted;
         const auto *newline =
-            static_cast<const char *>(std::memchr(line, '\n', limit - scan_.counted));
+            static_cast<const char *>(std::memchr(start, '\n', limit - scan_.counted));
         if (newline == nullptr) {
             return false;
         }
-        const auto length = static_cast<size_t>(newline - line);
-        const bool opens = std::memchr(line, '{', length) != nullptr;
-        const bool closes = std::memchr(line, '}', length) != nullptr;
-        scan_.depth += static_cast<int>(opens) - static_cast<int>(closes);
-        scan_.opened = scan_.opened || opens;
-        scan_.counted += length + 1;
+        const std::string_view line(start, static_cast<size_t>(newline - start));
+        scan_.depth += greatest_change_of_depth(line);
+        scan_.opened = scan_.opened || line.find('{') != line.npos;
+        scan_.counted += line.size() + 1;
         if (scan_.opened && scan_.depth <= 0) {
             end = scan_.counted;
             return true;

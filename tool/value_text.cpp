@@ -1,5 +1,7 @@
 #include "value_text.h"
 
+#include <charconv>
+
 #include "text/real.h"
 
 namespace kvt_tool {
@@ -72,6 +74,11 @@ std::string plain_value(const Row &row, const void *record) {
     default:
         return std::string(text_of(row, record));
     }
+}
+
+std::string exact_real(float value) {
+    char digits[32];
+    return {digits, std::to_chars(digits, digits + sizeof digits, value).ptr};
 }
 
 std::string plain_element(const Row &row, const Elements &numbers, uint64_t index) {

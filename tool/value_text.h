@@ -22,6 +22,9 @@ std::string shown_number(const Row &row, uint64_t number);
 /// A number, real or text as people read it: numbers as above, texts in double quotes.
 std::string shown_value(const Row &row, const void *record);
 
+/// A float in the fewest digits that tell it from all others.
+std::string exact_real(float value);
+
 /// A text in double quotes. Quotes, backslashes and what does not print are escaped, so that it
 /// takes one line and does nothing to a terminal; characters of UTF-8 stay as they are.
 std::string quoted_text(std::string_view text);

@@ -178,7 +178,7 @@ KVT_EXPORT size_t kvt_check(const char *text, size_t length, kvt_finding_callbac
 /**
  * Tells the short name of a kind.
  *
- * @param kind  any number.
+ * @param kind  a kind, or any other number that the type can hold.
  *
  * @return the name, such as "unknown-key", which lives as long as the program; NULL for a number
  * that is no kind.
@@ -188,7 +188,7 @@ KVT_EXPORT const char *kvt_finding_name(kvt_finding_kind kind);
 /**
  * Tells what a kind is about.
  *
- * @param kind  any number.
+ * @param kind  a kind, or any other number that the type can hold.
  *
  * @return one line in plain words, without a newline, which lives as long as the program; NULL for
  * a number that is no kind.

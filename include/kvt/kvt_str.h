@@ -136,7 +136,7 @@ KVT_EXPORT int32_t kvt_msg_from_str(kvt_ignored ignored1, kvt_ignored ignored2, 
 /* Converts what is passed for the arguments that are not read; else the function itself. */
 #ifndef __cplusplus
 #define kvt_msg_from_str(ignored1, ignored2, buf, msg)                                             \
-    (kvt_msg_from_str)((kvt_ignored)(ignored1), (kvt_ignored)(ignored2), (buf), (msg))
+    kvt_msg_from_str((kvt_ignored)(ignored1), (kvt_ignored)(ignored2), (buf), (msg))
 #endif
 /** @endcond */
 

@@ -167,9 +167,17 @@ TEST(DiffRecords, ShowsSigns) {
         "conns[0].pr_an_to_sd.raw_traffic: -2 -> 0\n");
 }
 
-TEST(DiffRecords, SeesFloatsAsTheyAreWritten) {
+TEST(DiffRecords, SeesEveryFloatAndShowsTheDigitsThatTellTwoApart) {
     EXPECT_EQ(diff("BEGIN_JOB", "quota_percentage: 12.34567\n", "quota_percentage: 12.345672\n"),
-              "");
+              "quota_percentage: 12.34567 -> 12.345672\n");
+    EXPECT_EQ(diff("BEGIN_JOB", "quota_percentage: 1\n", "quota_percentage: 1.0000002\n"),
+              "quota_percentage: 1 -> 1.0000002\n");
+    EXPECT_EQ(diff("BEGIN_JOB", "quota_percentage: 12.34567\n", "quota_percentage: 13\n"),
+              "quota_percentage: 12.3457 -> 13\n");
+    EXPECT_EQ(diff("BEGIN_JOB", "quota_percentage: 12.50\n", "quota_percentage: 1.25e1\n"), "");
+    EXPECT_EQ(diff("BEGIN_JOB", "quota_percentage: nan\n", "quota_percentage: -nan\n"),
+              "quota_percentage: nan -> -nan\n");
+    EXPECT_EQ(diff("BEGIN_JOB", "quota_percentage: -0\n", ""), "");
     EXPECT_EQ(diff("BEGIN_JOB", "quota_percentage: nan\n", "quota_percentage: nan\n"), "");
     EXPECT_EQ(diff("BEGIN_JOB", "quota_percentage: 12.5\n", "quota_percentage: -0\n"),
               "quota_percentage: 12.5 -> 0\n");

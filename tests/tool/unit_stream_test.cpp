@@ -92,6 +92,19 @@ TEST(UnitStream, KeepsALongMessageWhole) {
         (std::vector<Part>{{large, 1, 0}, {message, UnitStream::long_unit + 3, large.size()}}));
 }
 
+// The codec counts all braces of an unknown block, and none behind the key of a first line.
+TEST(UnitStream, KeepsALongMessageWholeWhoeverCountsItsBraces) {
+    for (const char *block : {"  x { {\n  }\n  }\n", "  quota {\n    max_qps: 3 }\n  }\n",
+                              "  x {\n  } }\n", "  \"}\"\n", "  y { }\n"}) {
+        const std::string lines = repeat(4, block) + repeat(UnitStream::long_unit, "  x: 1\n");
+        const std::string large = "msg {\n" + lines + "}\n";
+        const std::vector<Part> parts = parts_of(large + message);
+        ASSERT_EQ(parts.size(), 2U) << block;
+        EXPECT_EQ(parts[0].text, large) << block;
+        EXPECT_EQ(parts[1].text, message) << block;
+    }
+}
+
 TEST(UnitStream, EndsMessagesByTheirBracesWhereNoneBeginsWithoutIndentation) {
     const size_t count = 3 * UnitStream::long_unit / indented.size();
     const std::vector<Part> parts = parts_of(repeat(count, indented));

@@ -39,6 +39,12 @@ if "${as_user[@]}" test -x "$kvt"; then
     done
 fi
 
+for command in fmt check json stat "split -o parts" "show job_id" graph from-json; do
+    run bash -c "kvt $command <&-"
+    same "$command: a standard input that is closed" "2 kvt: (standard input): Bad file descriptor" "$status $(head -n 1 <<<"$err")"
+done
+rm -rf parts
+
 run kvt from-json . missing.json
 same "from-json: a directory and a missing file" "2 2" "$status $(wc -l <<<"$err")"
 run timeout 20 kvt from-json binary

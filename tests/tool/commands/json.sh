@@ -63,6 +63,15 @@ for file in quote.json two_in_one.json; do
     same "what could not be read back is left out, and said: $file" \
         "1 $file:1: the message could not be read back: " "$status ${err%%back: *}back: $out"
 done
+for share in "12.3456789 12.345679 12.3457" "16777217 16777216 16777200" "3.4028235e38 3.4028235e+38 3.40282e+38"; do
+    read -r number kept written <<<"$share"
+    run bash -c "echo '{\"type\":\"BEGIN_JOB\",\"begin_job\":{\"quota_percentage\":$number}}' | kvt from-json"
+    same "a float with more digits than are written: $number" \
+        "1 (standard input):1: the message could not be read back: begin_job.quota_percentage: $kept would be $written" \
+        "$status $err$out"
+done
+run bash -c "echo '{\"type\":\"BEGIN_JOB\",\"begin_job\":{\"quota_percentage\":1e-46}}' | kvt from-json"
+same "a float that is too small" "1 (standard input):1: begin_job.quota_percentage: 1e-46 does not fit into 32 bits" "$status $err"
 for text in '[' '[{"type":"END_JOB","end_job":{"job_id":1}},'; do
     run bash -c "printf '%s' '$text' | kvt from-json"
     same "a list that is cut off: $text" 1 "$status"

@@ -86,6 +86,11 @@ run bash -c "kvt gen --seed 3 -n 50 | cmp - day.kvt && kvt fmt --check day.kvt &
 same "gen prints the same each time, in normal form, without findings" "0 " "$status $out$err"
 run kvt gen end_job --seed 1
 same "gen of a kind" 1 "$(grep -c 'type: END_JOB' <<<"$out")"
+for wrong in "gen -n -1" "gen -n 18446744073709551616" "gen -n 1x" "gen --seed -1" "graph --message -1 day.kvt"; do
+    # shellcheck disable=SC2086 # options are words
+    run bash -c "kvt $wrong | head -c 1000"
+    same "a number that is none: $wrong" "1 " "$(grep -c 'is no whole number of 64 bits' <<<"$err") $out"
+done
 
 run kvt --help
 for command in fmt check json from-json diff graph stat split show describe gen kinds; do
