@@ -272,9 +272,8 @@ void MessagesCheck::check_between() {
             told_of_blank_lines_ = true;
             findings_.report(
                 KVT_FINDING_OUTSIDE, check_.mark(line.at, line.end),
-                "a line of a carriage return, or the like, stands between two "
-                "messages: it is not empty for the reader, which stops here, and reads "
-                "nothing below");
+                "a line of a carriage return, or the like, stands between two messages: it is not "
+                "empty for the reader, which stops here, and reads nothing below");
         }
         cursor_.step_over_line();
     }

@@ -209,5 +209,38 @@ TEST(CheckedBlocks, StandOnceInABlock) {
         "'mgid' stands here once more: it adds to the one above\n");
 }
 
+TEST(CheckedCounts, OfABlockThatIsNotClosedAreNotCompared) {
+    const std::string open = "msg {\n  type: BEGIN_JOB\n  begin_job {\n    num_guids: 3\n";
+    EXPECT_EQ(found(open), "5:1 not-closed ''\n");
+    EXPECT_EQ(found(open + message_of("END_JOB", "end_job", "")), "5:1 not-closed 'msg {'\n");
+}
+
+TEST(CheckedLengths, BehindTheirTextAreKept) {
+    EXPECT_EQ(said_of(begin_job("    hosts: \"node\"\n    uid: 1\n    hosts_len: 4\n")),
+              "'hosts_len' says 4, but 'hosts' takes 5 with its end; behind it, the reader keeps "
+              "the number as it stands\n");
+}
+
+TEST(CheckedJoinedTexts, HaveJustTheRoomOfTheReader) {
+    // Of ten characters two are taken, and the last one is for the end.
+    EXPECT_EQ(found(begin_job("    hosts: \"a\"\n    hosts: \"bcdefg\"\n")), "");
+    EXPECT_EQ(found(begin_job("    hosts: \"a\"\n    hosts: \"bcdefgh\"\n")),
+              "5:5 long-text 'hosts: \"bcdefgh\"'\n");
+    // What is reckoned for a value is one more than it takes, so that the room is doubled early.
+    EXPECT_EQ(found(begin_job("    hosts: \"ab\"\n    hosts: \"cdefgh\"\n")), "");
+    EXPECT_EQ(found(begin_job("    hosts: \"a\"\n    hosts: \"b\"\n    hosts: \"cdefg\"\n")), "");
+}
+
+TEST(CheckedArrays, OfBytesMayEndWithALineThatIsNotRead) {
+    EXPECT_EQ(found(message_of("JOB_INFO_REQUEST", "mgmt_job_info_list_request",
+                               "    reserved: x\n    reserved: 2\n")),
+              "4:15 not-a-number 'x'\n5:5 behind-end 'reserved: 2'\n");
+}
+
+TEST(CheckedKeys, OfATextThatIsNotReadMayComeAgain) {
+    EXPECT_EQ(found(job_error("    description: \"\"\n    description: \"b\"\n")),
+              "4:18 empty-text '\"\"'\n");
+}
+
 } // namespace
 } // namespace kvt_test

@@ -200,5 +200,92 @@ TEST(FindingKinds, HaveNamesAndMeanings) {
     EXPECT_EQ(kvt_finding_of_name(nullptr), KVT_FINDING_KINDS);
 }
 
+TEST(Findings, TellTheirPlaceOnALineThatNoNewlineEnds) {
+    const std::vector<Kept> all = findings_in("msg {\n  type: END_JOB\n  end_job {\n    job_id");
+    ASSERT_EQ(all.size(), 2U);
+    EXPECT_EQ(all[0].finding.line_length, 10U);
+    EXPECT_EQ(all[1].finding.line_length, 10U);
+    EXPECT_EQ(all[1].finding.column, 11U);
+    EXPECT_EQ(all[1].finding.length, 0U);
+}
+
+TEST(Findings, TellTheNumberOfAMessageWithoutItsLine) {
+    const std::vector<Kept> all = findings_in("msg\n  type: END_JOB\n  end_job {\n  }\n}\n"
+                                              "msgs {\n  type: X\n}\n");
+    ASSERT_EQ(all.size(), 3U);
+    EXPECT_EQ(all[0].finding.in_message, 1U);
+    EXPECT_EQ(all[1].finding.in_message, 2U);
+    EXPECT_EQ(all[2].finding.in_message, 2U);
+}
+
+TEST(Findings, TellTheWholePathOfABlock) {
+    const std::vector<Kept> deep = findings_in(
+        job_data("    conns {\n      pr_sd_to_an {\n        dgid {\n          x: 1\n        }\n"
+                 "      }\n    }\n"));
+    ASSERT_EQ(deep.size(), 1U);
+    EXPECT_EQ(deep[0].path, "job_data.conns[0].pr_sd_to_an.dgid");
+    const std::vector<Kept> longest = findings_in(
+        message_of("RESERVATION_INFO_REPLY", "reservation_info_list",
+                   "    reservation_list {\n      resources {\n        x: 1\n      }\n    }\n"));
+    ASSERT_EQ(longest.size(), 1U);
+    EXPECT_EQ(longest[0].path, "reservation_info_list.reservation_list[0].resources");
+}
+
+TEST(Findings, TellTheWholeNameThatWasProbablyMeant) {
+    const std::vector<Kept> all = findings_in("msg {\n  type: PERSISTENT_RESERVATION_INF\n}\n");
+    ASSERT_EQ(all.size(), 1U);
+    EXPECT_EQ(all[0].nearest, "PERSISTENT_RESERVATION_INFO");
+}
+
+TEST(Findings, TakeADashForAnUnderscoreAndTheFirstOfTwoThatAreAsNear) {
+    const std::vector<Kept> dashes =
+        findings_in(job_data("    conns {\n      pr-sd-to-am {\n      }\n    }\n"));
+    ASSERT_EQ(dashes.size(), 1U);
+    EXPECT_EQ(dashes[0].nearest, "pr_sd_to_an");
+    const std::vector<Kept> others =
+        findings_in(job_data("    conns {\n      prxsdxtoxam {\n      }\n    }\n"));
+    ASSERT_EQ(others.size(), 1U);
+    EXPECT_EQ(others[0].nearest, "(none)");
+    const std::vector<Kept> two = findings_in(begin_job("    num_raees: 1\n"));
+    ASSERT_EQ(two.size(), 1U);
+    EXPECT_EQ(two[0].nearest, "num_rails"); // before num_trees
+}
+
+TEST(Findings, TakeFourChangesOfALongWordForATypo) {
+    const auto nearest = [](const std::string &key) {
+        const std::vector<Kept> all = findings_in(
+            message_of("PERSISTENT_JOB_INFO", "persistent_job_info", "    " + key + ": 1\n"));
+        return all.size() == 1 ? all[0].nearest : "(another count)";
+    };
+    EXPECT_EQ(nearest("nnm_chxnnels_pxr_cxnn"), "num_channels_per_conn");
+    EXPECT_EQ(nearest("nnm_chxnnels_pxr_cxnx"), "(none)");
+}
+
+TEST(Findings, ShowSixtyBytesAndNoPartOfACharacter) {
+    const auto shown = [](const std::string &value) {
+        const std::string said = said_of(begin_job("    job_id: " + value + "\n"));
+        return said.substr(0, said.find(" is no number"));
+    };
+    const std::string sixty(60, 'x');
+    EXPECT_EQ(shown(sixty), "'" + sixty + "'");
+    EXPECT_EQ(shown(sixty + "y"), "'" + sixty + "...'");
+    for (const size_t before : {57U, 58U, 59U}) {
+        const std::string some(before, 'x');
+        EXPECT_EQ(shown(some + "\xF0\x9F\x98\x80"), "'" + some + "...'") << before;
+    }
+    EXPECT_EQ(shown(std::string(56, 'x') + "\xF0\x9F\x98\x80"),
+              "'" + std::string(56, 'x') + "\xF0\x9F\x98\x80'");
+}
+
+TEST(Findings, ShowTheFirstAndTheLastCharactersOfEveryLength) {
+    EXPECT_EQ(said_of(begin_job("    job_id: \xC2\xA0\xDF\xBF\xE0\xA0\x80\xEF\xBF\xBD\xF0\x90\x80"
+                                "\x80\xF4\x8F\xBF\xBF\n")),
+              "'\xC2\xA0\xDF\xBF\xE0\xA0\x80\xEF\xBF\xBD\xF0\x90\x80\x80\xF4\x8F\xBF\xBF' is no "
+              "number, and 'job_id' wants one: the field stays as it was\n");
+    EXPECT_EQ(said_of(begin_job("    job_id: \xC2\x9F\xC1\xBF\xC0\x80\xF5\x80\x80\x80\n")),
+              "'\\xc2\\x9f\\xc1\\xbf\\xc0\\x80\\xf5\\x80\\x80\\x80' is no number, and 'job_id' "
+              "wants one: the field stays as it was\n");
+}
+
 } // namespace
 } // namespace kvt_test

@@ -191,5 +191,81 @@ TEST(CheckedBlocks, AreClosedBeforeTheNextMessage) {
               "4:5 unknown-key 'msg_count'\n5:5 unknown-key 'msg'\n6:5 unknown-block 'msgs {'\n");
 }
 
+TEST(CheckedLines, MayBeCutBehindTheirKeyByTheEndOfTheText) {
+    const std::string head = "msg {\n  type: BEGIN_JOB\n  begin_job {\n";
+    EXPECT_EQ(found(head + "    job_id"), "4:5 no-colon 'job_id'\n4:11 not-closed ''\n");
+    EXPECT_EQ(found(head + "    port_guids"), "4:5 no-colon 'port_guids'\n4:15 not-closed ''\n");
+}
+
+TEST(CheckedBlocks, AreNotOnALineWhoseBracesCloseBeforeTheyOpen) {
+    EXPECT_EQ(found(begin_job("    job_id: 1\n    x } {\n")),
+              "5:5 beside-brace 'x'\n7:1 outside '}'\n");
+    EXPECT_EQ(found(begin_job("    job_id: 1\n    quota { } x\n    uid: 3\n")),
+              "5:5 one-line-block 'quota { } x'\n");
+}
+
+TEST(CheckedBlocks, OnOneLineAreExplained) {
+    EXPECT_EQ(
+        said_of(begin_job("    job_id: 1\n    quota { }\n")),
+        "the reader knows blocks only over several lines: it takes the closing brace for that "
+        "of the block around, or none, and misreads what follows\n");
+}
+
+TEST(CheckedBlocks, WithoutABraceAreExplained) {
+    EXPECT_EQ(said_of(begin_job("    quota\n    }\n")),
+              "no brace follows 'quota' on its line: the reader opens the block all the same, and "
+              "takes a brace below for another one\n");
+    EXPECT_EQ(said_of("msg {\n  type: END_JOB\n  end_job\n  {\n  }\n}\n"),
+              "no brace follows 'end_job' on its line: the reader takes a brace below for another "
+              "block\n");
+    EXPECT_EQ(found("msg {\n  type: END_JOB\n  end_job of {\n    job_id: 5\n  }\n}\n"),
+              "3:3 no-brace 'end_job of {'\n");
+    // The brace is there, but not where it belongs: one below is another.
+    EXPECT_EQ(found(begin_job("    quota of {\n      {\n      }\n    }\n    job_id: 3\n")),
+              "4:5 no-brace 'quota of {'\n5:7 unknown-block '{'\n");
+}
+
+TEST(CheckedBraces, InQuotesStandBehindAKeyAndBetweenTheFirstTwo) {
+    EXPECT_EQ(found(job_error("    error: 1\n    description: } \"a\"\n")),
+              "5:5 beside-brace 'description:'\n7:1 outside '}'\n");
+    EXPECT_EQ(found(begin_job("    job_id: 1\n    quota \"}\"\n")),
+              "5:5 beside-brace 'quota \"'\n7:1 outside '}'\n");
+}
+
+TEST(CheckedBraces, BesideWhichSomethingStandsAreExplained) {
+    EXPECT_EQ(said_of(begin_job("    quota { x\n    }\n")),
+              "the reader skips what stands behind the brace, 'x'\n");
+    // A first line is only taken for its key where it has one.
+    EXPECT_EQ(said_of(begin_job("    quota {\n      x: 1 }\n")),
+              "the reader closes the block at this line, and does not read what stands before the "
+              "brace\n");
+}
+
+TEST(CheckedBlocks, ThatAreNotClosedAreExplained) {
+    const std::string next = message_of("END_JOB", "end_job", "");
+    EXPECT_EQ(said_of("msg {\n  type: END_JOB\n"),
+              "the text ends here, but its last message is not closed\n");
+    EXPECT_EQ(said_of("msg {\n  type: END_JOB\n  end_job {\n  }\n" + next),
+              "a message begins here, but the one above is not closed: the reader takes this line "
+              "for its closing brace\n");
+    EXPECT_EQ(
+        said_of("msg {\n  type: END_JOB\n  end_job {\n    x {\n" + next),
+        "'end_job' knows no block 'x': the reader skips all of it\n"
+        "a message begins here, but a block above is not closed: the reader skips the message "
+        "with the block\n");
+}
+
+TEST(CheckedLines, OfTheWordOfAMessageAloneOpenNone) {
+    EXPECT_EQ(found("msg {\n  type: END_JOB\n  end_job {\n    job_id: 5\nmsg\n  }\n}\n"),
+              "5:1 stray-line 'msg'\n");
+    EXPECT_EQ(found("msg {\n  type: END_JOB\n  end_job {\n  }\nmsg\n}\n"), "5:1 outside 'msg'\n");
+}
+
+TEST(CheckedBlocks, AreClosedBeforeAMessageWithATabBeforeItsBrace) {
+    EXPECT_EQ(found("msg {\n  type: END_JOB\n  end_job {\n    job_id: 5\nmsg\t{\n"
+                    "  type: END_JOB\n  end_job {\n    job_id: x\n  }\n}\n"),
+              "5:1 not-closed 'msg\t{'\n8:13 not-a-number 'x'\n");
+}
+
 } // namespace
 } // namespace kvt_test

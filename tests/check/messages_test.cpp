@@ -122,5 +122,44 @@ TEST(CheckedMessages, HaveTheBlockOfTheirKind) {
               "skips it\n");
 }
 
+TEST(CheckedMessages, ThatBeginInAnotherWayAreExplained) {
+    EXPECT_EQ(said_of("msg\n  type: END_JOB\n  end_job {\n  }\n}\n"),
+              "a message begins with the line 'msg {': the reader looks at the first three letters "
+              "only, and skips the rest of this line\n");
+    EXPECT_EQ(said_of("msg {\n}\n"),
+              "the line behind 'msg {' must say the kind, such as 'type: END_JOB': the reader "
+              "refuses the text\n");
+    EXPECT_EQ(said_of("msg {\n  type:\n}\n"), "no kind stands behind 'type:' on its line\n");
+}
+
+TEST(CheckedMessages, AreOfAKindThatHasARecord) {
+    EXPECT_EQ(said_of("msg {\n  type: LASR\n}\n"),
+              "there is no kind 'LASR': the reader refuses the text\n");
+    EXPECT_EQ(said_of("msg {\n  type: PERSISTENT_RESERVATION_INF\n}\n"),
+              "there is no kind 'PERSISTENT_RESERVATION_INF': the reader refuses the text; did you "
+              "mean 'PERSISTENT_RESERVATION_INFO'?\n");
+}
+
+TEST(CheckedMessages, HaveAKindThatEndsAtAnyBlank) {
+    EXPECT_EQ(found("msg {\n  type: END_JOC\t2\n}\n"), "2:9 unknown-kind 'END_JOC'\n");
+    EXPECT_EQ(found("msg {\n  type: END_JOB\t2\n  end_job {\n  }\n}\n"), "2:17 longer-kind '2'\n");
+}
+
+TEST(CheckedTextFrames, EndLinesWithCarriageReturnsOnlyBeforeANewline) {
+    EXPECT_EQ(found(end_job.substr(0, end_job.size() - 1) + "\r"), "");
+    // A line before the first message is one finding.
+    EXPECT_EQ(found("x\r\n" + end_job), "1:1 outside 'x'\n");
+}
+
+TEST(CheckedTextFrames, WithCarriageReturnsAreExplained) {
+    EXPECT_EQ(
+        said_of(end_job + "\r\n" + end_job),
+        "lines end with a carriage return and a newline: the reader takes the carriage return "
+        "for a character of its line, and an empty line for one with a text; the writer "
+        "writes none\n"
+        "a line of a carriage return, or the like, stands between two messages: it is not empty "
+        "for the reader, which stops here, and reads nothing below\n");
+}
+
 } // namespace
 } // namespace kvt_test

@@ -240,5 +240,89 @@ TEST(CheckedTextValues, HoldNoBraces) {
               "a brace opens or closes a block for the reader, also within quotes\n");
 }
 
+TEST(CheckedNumbers, BelowTheirLineAreOfNumbersOnly) {
+    EXPECT_EQ(said_of(begin_job("    job_id:\n+5\n")),
+              "no value stands behind 'job_id': the reader takes the number on a line below\n"
+              "'+5' begins with no key: the reader skips this line\n");
+    EXPECT_EQ(said_of(job_error("    description:\n5\n")),
+              "no value stands behind 'description': the text becomes empty\n"
+              "'5' begins with no key: the reader skips this line\n");
+    EXPECT_EQ(said_of(begin_job("    hosts:\n5\n")),
+              "no value stands behind 'hosts': there is no element for it\n"
+              "'5' begins with no key: the reader skips this line\n");
+}
+
+TEST(CheckedNumbers, BelowZeroAreShownAsTheyAreRead) {
+    EXPECT_EQ(
+        said_of(begin_job("    job_id: -1\n")),
+        "'job_id' holds a number of 64 bits: the reader makes 18446744073709551615 of '-1'\n");
+    EXPECT_EQ(said_of(begin_job("    num_rails: -2\n")),
+              "'num_rails' holds a number of 8 bits: the reader makes 254 of '-2'\n");
+    // As a count, too, such a number is none of the elements.
+    EXPECT_EQ(found(begin_job("    num_guids: -1\n    port_guids: 1\n")),
+              "4:16 out-of-range '-1'\n4:5 wrong-count 'num_guids: -1'\n");
+}
+
+TEST(CheckedNumbers, BeyondSixtyFourBitsStayThereWhateverFollows) {
+    for (std::string digits = "18446744073709551616"; digits.size() < 50; digits += '0') {
+        EXPECT_EQ(said_of(begin_job("    job_id: " + digits + "\n")),
+                  "'job_id' holds a number of 64 bits: the reader makes 18446744073709551615 of '" +
+                      digits + "'\n");
+    }
+}
+
+TEST(CheckedFloats, MayHaveSixDigitsWithZerosBetweenThem) {
+    for (const char *value : {" 10101.5", " +10101.5", " 1.01010e2", " 0xff", " 0xFp1"}) {
+        EXPECT_EQ(found(share(value)), "") << value;
+    }
+}
+
+TEST(CheckedFloats, AreRoundedByAllOfTheirDigits) {
+    // As a float it is 1e+13, which is written.
+    EXPECT_EQ(found(share(" 10000000000001")), "4:23 rounded '10000000000001'\n");
+    EXPECT_EQ(found(share(" 0x10p-999")), "4:23 rounded '0x10p-999'\n");
+}
+
+TEST(CheckedFloats, MayHaveSixtyCharacters) {
+    EXPECT_EQ(found(share(" " + std::string(60, '0'))), "");
+    EXPECT_EQ(found(share(" " + std::string(59, '0') + "5")), "");
+}
+
+TEST(CheckedFloats, MayBeCutByTheEndOfTheText) {
+    const auto cut = [](const std::string &value) {
+        return found("msg {\n  type: BEGIN_JOB\n  begin_job {\n    quota_percentage: " + value);
+    };
+    EXPECT_EQ(cut("0"), "4:24 not-closed ''\n");
+    EXPECT_EQ(cut("0x"), "4:23 not-a-number '0x'\n4:25 not-closed ''\n");
+    EXPECT_EQ(cut("1e"), "4:24 behind-number 'e'\n4:25 not-closed ''\n");
+    EXPECT_EQ(cut("1e-"), "4:24 behind-number 'e-'\n4:26 not-closed ''\n");
+    EXPECT_EQ(cut("1e5"), "4:26 not-closed ''\n");
+    EXPECT_EQ(cut("in"), "4:23 not-a-number 'in'\n4:25 not-closed ''\n");
+    EXPECT_EQ(cut("inf"), "4:26 not-closed ''\n");
+    EXPECT_EQ(cut("-"), "4:23 not-a-number '-'\n4:24 not-closed ''\n");
+}
+
+TEST(CheckedTextValues, ThatAreNotReadAreExplained) {
+    EXPECT_EQ(said_of(job_error("    description: very \"down\"\n")),
+              "the reader skips what stands before the quote, 'very'\n");
+    EXPECT_EQ(said_of(job_error("    description: very\n")),
+              "'very' stands without quotes: the reader looks for a quoted text on the lines "
+              "below\n");
+    EXPECT_EQ(said_of(job_error("    description: \"very\n")),
+              "no second quote closes this text on its line: the reader takes what follows, up to "
+              "a quote on a line below\n");
+    EXPECT_EQ(said_of(job_error("    description: \"very\" down\n")),
+              "a text ends at its second quote: the reader skips what stands behind it, 'down'\n");
+}
+
+TEST(CheckedTextValues, OfSeveralLinesHaveABlankBeforeTheirQuote) {
+    EXPECT_EQ(found(begin_job("    hosts:\"a\"\n")), "4:10 before-text ':\"'\n");
+}
+
+TEST(CheckedTextValues, ThatAreTooLongHoldNoBracesEither) {
+    EXPECT_EQ(found(job_error("    description: \"" + std::string(127, 'x') + "{}\"\n")),
+              "4:146 long-text '{}'\n4:19 brace-in-text '" + std::string(127, 'x') + "{}'\n");
+}
+
 } // namespace
 } // namespace kvt_test

@@ -380,5 +380,28 @@ TEST(ArrFromStr, RandomHostileTextsNeitherHarmNorLeak) {
     }
 }
 
+TEST(ArrFromStr, KindsAreStoredWithoutACountAndACountWithoutKinds) {
+    const MemoryWatch watch;
+    const std::string text = end_job + signal_text;
+    const auto length = static_cast<uint32_t>(text.size());
+    char **texts = nullptr;
+    uint32_t *kinds = nullptr;
+    ASSERT_EQ(kvt_msg_arr_from_str(text.c_str(), length, &texts, &kinds, nullptr), 0);
+    ASSERT_NE(kinds, nullptr);
+    EXPECT_EQ(kinds[0], 2U);
+    EXPECT_EQ(kinds[1], 10U);
+    std::free(texts[0]);
+    std::free(texts[1]);
+    std::free(texts);
+    std::free(kinds);
+    int32_t count = -7;
+    ASSERT_EQ(kvt_msg_arr_from_str(text.c_str(), length, &texts, nullptr, &count), 0);
+    EXPECT_EQ(count, 2);
+    std::free(texts[0]);
+    std::free(texts[1]);
+    std::free(texts);
+    EXPECT_EQ(watch.alive(), 0U);
+}
+
 } // namespace
 } // namespace kvt_test

@@ -206,5 +206,52 @@ TEST(Size, NothingIsAllocatedToSizeOrToWrite) {
     EXPECT_EQ(watch.requests(), 0U);
 }
 
+// A text with as many peers as are needed, and with a name for the characters that are left.
+TEST(Size, OfATextIsToldUpToTheGreatestNumberOf32BitsInGigabytes) {
+    constexpr auto peers = static_cast<uint32_t>((uint64_t{1} << 32) / 27);
+    std::vector<uint32_t> peer_ids(peers, UINT32_MAX);
+    vemra_topology_switch_info sw = {};
+    sw.num_peer_ids = peers - 20;
+    sw.peer_ids = peer_ids.data();
+    vemra_topology_info_list record = {};
+    record.num_switches = 1;
+    record.switches = &sw;
+    const auto size = [&] {
+        return kvt_str_get_buf_size(VEMRA_MSG_TYPE_TOPOLOGY_INFO_REPLY, &record);
+    };
+    const uint32_t some = size();
+    constexpr uint32_t name_line = sizeof "      name: \"\"\n" - 1;
+    const uint32_t more_peers = (UINT32_MAX - some - name_line - 1) / 27;
+    const uint32_t name_length = UINT32_MAX - some - name_line - 27 * more_peers;
+    ASSERT_GT(name_length, 0U);
+    ASSERT_LT(name_length, 60U);
+    ASSERT_LE(more_peers, 20U);
+    sw.num_peer_ids += more_peers;
+    std::memset(sw.name, 'n', name_length);
+    EXPECT_EQ(size(), UINT32_MAX);
+    sw.name[name_length] = 'n';
+    EXPECT_EQ(size(), 0U);
+}
+
+int line_of_the_log = 0;
+
+void take_line(const char * /*file*/, int line, const char * /*func*/, int /*level*/,
+               const char * /*format*/, ...) {
+    line_of_the_log = line;
+}
+
+TEST(ToStr, LogLinesNameTheLineInTheSourceFileThatTheyComeFrom) {
+    log_cb = take_line;
+    log_level = 0;
+    kvt_msg_to_str(VEMRA_MSG_TYPE_END_JOB, nullptr, nullptr);
+    const int of_the_writer = line_of_the_log;
+    kvt_str_get_buf_size(VEMRA_MSG_TYPE_END_JOB, nullptr);
+    const int of_the_size = line_of_the_log;
+    log_cb = nullptr;
+    EXPECT_GT(of_the_writer, 1);
+    EXPECT_GT(of_the_size, 1);
+    EXPECT_NE(of_the_size, of_the_writer);
+}
+
 } // namespace
 } // namespace kvt_test

@@ -83,5 +83,14 @@ TEST(MessageLayer, ReleasesRecordsThatAreFilledInPart) {
     EXPECT_EQ(watch.alive(), 0U);
 }
 
+TEST(MessageLayer, PrintsLinesOfUpTo1023CharactersWholeAndCutsLongerOnes) {
+    const std::string longest(1023, 'x');
+    testing::internal::CaptureStderr();
+    kvt_log_to_stderr("file.cpp", 7, "function", 0, "%s", longest.c_str());
+    kvt_log_to_stderr("file.cpp", 8, "function", 0, "%s%s", longest.c_str(), "yz");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "file.cpp:7: function: " + longest + "\nfile.cpp:8: function: " + longest + "\n");
+}
+
 } // namespace
 } // namespace kvt_test

@@ -381,6 +381,17 @@ TEST(JobInfoReply, ElevenBytesOfAnEntryAreReadAndFurtherLinesSkipped) {
     }
 }
 
+TEST(JobInfoReply, ALaterRunOfAnEntrysBytesLeavesThoseItDoesNotReach) {
+    const ReadList read(VEMRA_MSG_TYPE_JOB_INFO_REPLY, reply(entry("      reserved: 1\n"
+                                                                   "      reserved: 2\n"
+                                                                   "      reserved: 3\n"
+                                                                   "      job_state: 1\n"
+                                                                   "      reserved: 4\n"
+                                                                   "      reserved: x\n")));
+    ASSERT_EQ(read->job_list_len, 1U);
+    EXPECT_EQ(bytes(read->job_list[0].reserved), (Bytes{4, 0, 3, 0, 0, 0, 0, 0, 0, 0, 0}));
+}
+
 TEST(JobInfoReply, AnEntriesVemraJobIdHas64BitsAndThatOfAPersistentJob32) {
     const ReadList list(VEMRA_MSG_TYPE_JOB_INFO_REPLY,
                         reply(entry("      vemra_job_id: 4294967301\n")));
