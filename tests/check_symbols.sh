@@ -14,7 +14,7 @@ further=
 if [ "$what" = check ]; then
     exported="kvt_check kvt_finding_meaning kvt_finding_name kvt_finding_of_name"
     from_layer="log_cb log_level"
-    further="memcmp strcmp"
+    further="memcmp strcmp bcmp" # clang compares by bcmp where only equality counts
 fi
 
 # The last line is what hardening calls (KVT_HARDEN, or a distribution's own flags): the C library's
