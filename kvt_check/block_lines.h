@@ -20,18 +20,18 @@ public:
     bool has(size_t row) const { return (seen_ >> row & 1) != 0; }
 
     /// Remembers a line or the first line of a run, and its value: a number, the elements of a run
-    /// or the size of a text.
+    /// or the size of a text. They take the place of those of an earlier line of the row.
     void remember(size_t row, const Place &place, uint64_t value) {
+        lines_[row] = {place, value, has(row) ? lines_[row].first_line : place.line};
         seen_ |= uint64_t{1} << row;
-        lines_[row] = {place, value};
     }
 
     /// A line of the run could not be read, and that was reported: its count was meant to count
     /// that line, too, and says nothing more.
     void doubt(size_t row) { doubtful_ |= uint64_t{1} << row; }
 
-    /// Of a row that was seen.
-    const Place &place(size_t row) const { return lines_[row].place; }
+    /// Where a row that was seen stood first.
+    size_t first_line(size_t row) const { return lines_[row].first_line; }
 
     /// Reports the counts that are not those of the elements, at their lines.
     void report_counts(Check &check) const;
@@ -40,6 +40,7 @@ private:
     struct Seen {
         Place place;
         uint64_t value;
+        size_t first_line;
     };
 
     void report_count(Check &check, size_t counted, size_t count) const;

@@ -156,7 +156,7 @@ void BlockCheck::check_single(size_t index, const Line &line) {
         return;
     }
     if (lines_.has(index)) {
-        findings_.report(KVT_FINDING_REPEATED_KEY, mark.again(lines_.place(index)),
+        findings_.report(KVT_FINDING_REPEATED_KEY, mark.again(lines_.first_line(index)),
                          Quoted{key_of(row)},
                          " stands here once more: its value replaces the one above");
     }

@@ -122,6 +122,7 @@ public:
     uint64_t size() const { return row_.kind == RowKind::joined_text ? room_.size() : size_; }
 
 private:
+    /// A line that is not read counts as 0, and `value` is 0 then.
     void add_byte(const Mark &mark, uint64_t value) {
         if (size_ == row_.capacity) {
             check_.findings.report(
@@ -172,7 +173,7 @@ void BlockCheck::check_array(size_t index) {
         findings_.report(
             row.kind == RowKind::joined_text ? KVT_FINDING_REPEATED_KEY
                                              : KVT_FINDING_REPEATED_ARRAY,
-            check_.mark(check_.look_at_line()).again(lines_.place(index)), Quoted{key_of(row)},
+            check_.mark(check_.look_at_line()).again(lines_.first_line(index)), Quoted{key_of(row)},
             row.kind == RowKind::bytes ? " begins once more: its lines replace the first ones above"
                                        : " begins once more: what stood above is replaced");
     }
@@ -256,7 +257,7 @@ void BlockCheck::check_blocks(size_t index) {
     const Mark first = check_.mark(place.at, place.at + row.key_length);
     if (lines_.has(index)) {
         findings_.report(is_run ? KVT_FINDING_REPEATED_ARRAY : KVT_FINDING_REPEATED_BLOCK,
-                         first.again(lines_.place(index)), Quoted{key_of(row)},
+                         first.again(lines_.first_line(index)), Quoted{key_of(row)},
                          is_run ? " begins once more: its blocks replace those above"
                          : row.element->reading == Reading::plain
                              ? " stands here once more: it replaces the one above"

@@ -87,14 +87,18 @@ bool is_in_range(const Row &row, const Digits &digits) {
     return row.kind == RowKind::signed32 ? digits.magnitude <= greatest + 1 : digits.magnitude == 0;
 }
 
-/// What the field holds after the number was stored: the low bits, which may stand for a negative
-/// number.
-void report_range(Check &check, const Row &row, const Digits &digits) {
+/// What the field holds after the number was stored: its low bits.
+uint64_t stored_of(const Row &row, const Digits &digits) {
     const uint64_t scanned = digits.overflows  ? UINT64_MAX
                              : digits.negative ? 0 - digits.magnitude
                                                : digits.magnitude;
+    return scanned & (UINT64_MAX >> (64 - bits_of(row)));
+}
+
+/// Tells what the field holds, which may stand for a negative number.
+void report_range(Check &check, const Row &row, const Digits &digits) {
     const bool is_signed = row.kind == RowKind::signed32;
-    uint64_t stored = scanned & (UINT64_MAX >> (64 - bits_of(row)));
+    uint64_t stored = stored_of(row, digits);
     const bool below_zero = is_signed && stored > greatest_of(row);
     if (below_zero) {
         stored = (uint64_t{1} << bits_of(row)) - stored;
@@ -127,7 +131,7 @@ std::optional<uint64_t> check_number(Check &check, const Row &row, const Line &l
         report_range(check, row, digits);
     }
     report_rest(check, line, {at, static_cast<size_t>(digits.end - at)}, digits.end);
-    return digits.negative ? 0 - digits.magnitude : digits.magnitude;
+    return stored_of(row, digits);
 }
 
 // --- Texts ---------------------------------------------------------------------------------------

@@ -44,6 +44,7 @@ void report_rest(Check &check, const Line &line, std::string_view value, const c
 // Each of these takes a line that begins with the row's key and a colon. Nothing is returned, or an
 // empty text, where the reader takes no value from the line.
 
+/// The number as its field holds it.
 std::optional<uint64_t> check_number(Check &check, const kvt_str::Row &row, const Line &line);
 
 bool check_real(Check &check, const kvt_str::Row &row, const Line &line);

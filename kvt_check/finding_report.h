@@ -35,9 +35,9 @@ struct Mark {
           to(marked.data() + marked.size()) {}
 
     /// The same, for what comes again here and stood on an earlier line first.
-    Mark again(const Place &first) const {
+    Mark again(size_t stood_first) const {
         Mark mark = *this;
-        mark.first_line = first.line;
+        mark.first_line = stood_first;
         return mark;
     }
 };

@@ -41,6 +41,14 @@ TEST(CheckedCounts, BehindTheirElementsAreTheirNumber) {
     EXPECT_EQ(said_of(begin_job("    port_guids: 1\n    uid: 1\n    num_guids: 2\n")),
               "'num_guids' says 2, but 'port_guids' has 1 element; behind it, the reader keeps the "
               "number as it stands\n");
+    // A number that its field cuts is what is left of it.
+    EXPECT_EQ(found(begin_job("    num_guids: 4294967297\n    port_guids: 1\n")),
+              "4:16 out-of-range '4294967297'\n");
+    EXPECT_EQ(
+        said_of(begin_job("    num_guids: -1\n    port_guids: 1\n")),
+        "'num_guids' holds a number of 32 bits: the reader makes 4294967295 of '-1'\n"
+        "'num_guids' says 4294967295, but 'port_guids' has 1 element; the reader takes what is "
+        "there\n");
     // Directly behind an array of blocks, a longer key is taken for one more of them.
     EXPECT_EQ(found(job_data("    trees {\n    }\n    trees_num: 1\n")),
               "6:5 key-in-array 'trees_num'\n");
@@ -141,6 +149,9 @@ TEST(CheckedArrays, EndAtTheValueThatEndsThem) {
     EXPECT_EQ(said_of(message_of("JOB_INFO_REQUEST", "mgmt_job_info_list_request",
                                  "    reserved: 0\n    reserved: 2\n")),
               "0 ends 'reserved': what stands behind it is not written any more\n");
+    EXPECT_EQ(found(message_of("JOB_INFO_REQUEST", "mgmt_job_info_list_request",
+                               "    reserved: 256\n    reserved: 2\n")),
+              "4:15 out-of-range '256'\n5:5 behind-end 'reserved: 2'\n");
 }
 
 TEST(CheckedLengths, CountTheTextAndItsEnd) {

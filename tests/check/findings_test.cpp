@@ -80,6 +80,11 @@ TEST(Findings, TellWhereSomethingStoodFirst) {
     EXPECT_EQ(all[0].finding.first_line, 4U);
     EXPECT_EQ(all[1].finding.first_line, 5U);
     EXPECT_EQ(all[2].finding.first_line, 7U);
+    const std::vector<Kept> third =
+        findings_in(begin_job("    job_id: 1\n    job_id: 2\n    job_id: 3\n"));
+    ASSERT_EQ(third.size(), 2U);
+    EXPECT_EQ(third[1].finding.line, 6U);
+    EXPECT_EQ(third[1].finding.first_line, 4U);
 }
 
 TEST(Findings, TellTheKeyThatWasProbablyMeant) {
