@@ -466,6 +466,7 @@ int main(int argc, char **argv) {
         }
     }
     std::vector<const char *> arguments;
+    arguments.reserve(words.size());
     for (const std::string &word : words) {
         arguments.push_back(word.c_str());
     }

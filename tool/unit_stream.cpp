@@ -23,7 +23,7 @@ int64_t greatest_change_of_depth(std::string_view line) {
     const auto opening = std::ranges::count(line, '{');
     const auto closing = std::ranges::count(line, '}');
     const size_t first = line.find_first_not_of(" \t");
-    const bool begins_with_closing = first != line.npos && line[first] == '}';
+    const bool begins_with_closing = first != std::string_view::npos && line[first] == '}';
     const int64_t opens = opening != 0 ? 1 : 0;
     const int64_t closes = begins_with_closing ? 1 : 0;
     return std::max<int64_t>(opening - closing, opens - closes);
@@ -100,7 +100,7 @@ bool UnitStream::find_closing_line(size_t limit, size_t &end) {
         }
         const std::string_view line(start, static_cast<size_t>(newline - start));
         scan_.depth += greatest_change_of_depth(line);
-        scan_.opened = scan_.opened || line.find('{') != line.npos;
+        scan_.opened = scan_.opened || line.find('{') != std::string_view::npos;
         scan_.counted += line.size() + 1;
         if (scan_.opened && scan_.depth <= 0) {
             end = scan_.counted;
