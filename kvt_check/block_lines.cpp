@@ -1,5 +1,7 @@
 #include "block_lines.h"
 
+#include <algorithm>
+
 #include "check_value.h"
 
 namespace kvt_checking {
@@ -28,8 +30,7 @@ void BlockLines::report_count(Check &check, size_t counted, size_t count) const 
         return;
     }
     const std::string_view name = key_of(rows_[counted]);
-    // The block is closed, and so a newline ends each of its lines.
-    const char *end = find_character('\n', line.place.at, check.cursor.end());
+    const char *end = std::find(line.place.at, check.cursor.end(), '\n');
     const Mark mark(line.place, trimmed(line.place.at, end));
     if (!has(counted)) {
         check.findings.report(KVT_FINDING_LONE_COUNT, mark, Quoted{key_of(rows_[count])}, " says ",
