@@ -68,7 +68,8 @@ void BlockReader::trace_value(const Row &row) const {
         // Shown without its fraction, and by its low 32 bits like any number. These are 0 in a
         // float that 64 bits do not hold; so is what is shown of an infinite one and of NaN.
         const auto value = static_cast<double>(load<float>(member));
-        const bool fits = value > -0x1p63 && value < 0x1p63;
+        constexpr double least = -9223372036854775808.0; // -2^63
+        const bool fits = value >= least && value < -least;
         trace(table_.reader, row.trace,
               fits ? static_cast<unsigned>(static_cast<int64_t>(value)) : 0U);
     } else {
