@@ -351,6 +351,22 @@ TEST(ArrFromStr, CountsAreMadeToAgreeWithTheElements) {
     EXPECT_EQ(strict.released(), 6U);
 }
 
+// The straight path reads such a text to its end without a doubt.
+TEST(ArrFromStr, CountsWithoutElementsAreLeftOutOfTextsInNormalForm) {
+    const auto resources = [](const std::string &counts) {
+        return message_text("RESOURCE_DATA",
+                            "  resource_message {\n    operation: 0\n    feature_bitmask: 0\n" +
+                                counts + "  }\n");
+    };
+    const StrictRelease strict;
+    for (const char *counts :
+         {"    agg_trees_num: 4\n", "    links_num: 1\n", "    agg_nodes_num: 4294967295\n",
+          "    agg_trees_num: 1\n    links_num: 2\n    agg_nodes_num: 3\n"}) {
+        EXPECT_EQ(split(resources(counts)).texts, (std::vector<std::string>{resources("")}))
+            << counts;
+    }
+}
+
 // The release function walks the elements by their counts: texts whose counts lie must neither
 // make it read what is not there nor lose what is.
 TEST(ArrFromStr, RandomHostileTextsNeitherHarmNorLeak) {
