@@ -117,9 +117,10 @@ float real_from_json(const Json &json, const Path &path) {
         const double value = json.get<double>();
         // The shortest digits of the greatest float are a little more than it.
         constexpr double rounded_to_infinity = 0x1.ffffffp127;
-        const auto kept = static_cast<float>(value);
-        if (std::fabs(value) < rounded_to_infinity && (kept != 0 || value == 0)) {
-            return kept;
+        constexpr double rounded_to_zero = 0x1p-150;
+        const double size = std::fabs(value);
+        if (size == 0 || (size > rounded_to_zero && size < rounded_to_infinity)) {
+            return static_cast<float>(value);
         }
         path.fail(excerpt(json) + " does not fit into 32 bits");
     }

@@ -187,13 +187,6 @@ TEST(CheckedTextValues, StandBetweenQuotesOnOneLine) {
     EXPECT_EQ(found(job_error("    description: \"link\ndown\"\n")),
               "4:18 open-text '\"link'\n5:1 stray-line 'down\"'\n");
     EXPECT_EQ(found(job_error("    description: \"\"\n")), "4:18 empty-text '\"\"'\n");
-    // A number on the next line is no value of a text.
-    EXPECT_EQ(said_of(job_error("    description:\n    5\n")),
-              "no value stands behind 'description': the text becomes empty\n"
-              "'5' begins with no key: the reader skips this line\n");
-    EXPECT_EQ(said_of(begin_job("    hosts:\n    5\n")),
-              "no value stands behind 'hosts': there is no element for it\n"
-              "'5' begins with no key: the reader skips this line\n");
     EXPECT_EQ(said_of(job_error("    description:\n    error: 5\n")),
               "no value stands behind 'description': the text becomes empty\n");
     EXPECT_EQ(said_of(begin_job("    hosts: \"\"\n")),
@@ -258,9 +251,6 @@ TEST(CheckedNumbers, BelowZeroAreShownAsTheyAreRead) {
         "'job_id' holds a number of 64 bits: the reader makes 18446744073709551615 of '-1'\n");
     EXPECT_EQ(said_of(begin_job("    num_rails: -2\n")),
               "'num_rails' holds a number of 8 bits: the reader makes 254 of '-2'\n");
-    // As a count, too, such a number is none of the elements.
-    EXPECT_EQ(found(begin_job("    num_guids: -1\n    port_guids: 1\n")),
-              "4:16 out-of-range '-1'\n4:5 wrong-count 'num_guids: -1'\n");
 }
 
 TEST(CheckedNumbers, BeyondSixtyFourBitsStayThereWhateverFollows) {
