@@ -3,8 +3,8 @@
 
 #include <string>
 
+#include "engine/row.h"
 #include "message_table.h"
-#include "record/row.h"
 
 namespace kvt_fuzz {
 

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "engine/release.h"
 #include "property.h"
-#include "record/release.h"
 #include "support/literal_codec.h"
 #include "support/log_capture.h"
 #include "support/memory_watch.h"

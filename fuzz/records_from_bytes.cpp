@@ -2,8 +2,8 @@
 
 #include <cstring>
 
-#include "record/element_size.h"
-#include "record/member.h"
+#include "engine/element_size.h"
+#include "engine/member.h"
 
 namespace kvt_fuzz {
 

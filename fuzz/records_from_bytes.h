@@ -6,7 +6,7 @@
 #include <memory>
 #include <vector>
 
-#include "record/row.h"
+#include "engine/row.h"
 
 namespace kvt_fuzz {
 

@@ -4,10 +4,10 @@
 #include <cstring>
 #include <string>
 
+#include "engine/member.h"
 #include "kvt/message_layer.h"
 #include "messages.h"
 #include "property.h"
-#include "record/member.h"
 #include "support/memory_watch.h"
 #include "support/random_records.h"
 #include "text/real.h"

@@ -1,7 +1,7 @@
 // The table that a text's record is read by.
 #pragma once
 
-#include "record/row.h"
+#include "engine/row.h"
 
 namespace kvt_fuzz {
 

@@ -5,7 +5,7 @@
 #include <span>
 
 #include "check_state.h"
-#include "record/row.h"
+#include "engine/row.h"
 
 namespace kvt_checking {
 

@@ -1,7 +1,7 @@
 #include "check_block.h"
 
+#include "engine/read_arrays.h"
 #include "nearest.h"
-#include "record/read_arrays.h"
 
 namespace kvt_checking {
 

@@ -1,5 +1,5 @@
 // Checks the lines of a record's block, and of the blocks in it: the loop of the reader
-// (BlockReader::read_lines in record/read.cpp) over the same tables.
+// (BlockReader::read_lines in engine/read.cpp) over the same tables.
 #pragma once
 
 #include <string_view>
@@ -7,7 +7,7 @@
 #include "block_lines.h"
 #include "check_state.h"
 #include "check_value.h"
-#include "record/row.h"
+#include "engine/row.h"
 
 namespace kvt_checking {
 

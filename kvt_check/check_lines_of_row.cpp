@@ -1,8 +1,8 @@
 // Rows that take several lines: arrays, joined texts and blocks. Within a run of lines the reader
 // tests only for the row's key: braces and longer keys mean nothing to it.
 #include "check_block.h"
+#include "engine/read_arrays.h"
 #include "joined_room.h"
-#include "record/read_arrays.h"
 
 namespace kvt_checking {
 

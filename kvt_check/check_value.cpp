@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "record/element_size.h"
+#include "engine/element_size.h"
 
 namespace kvt_checking {
 

@@ -1,10 +1,10 @@
-// How much of the lines of a joined text the reader keeps (JoinedString in record/read_arrays.cpp):
+// How much of the lines of a joined text the reader keeps (JoinedString in engine/read_arrays.cpp):
 // its arithmetic without its memory.
 #pragma once
 
 #include <cstddef>
 
-#include "record/growing_array.h"
+#include "engine/growing_array.h"
 
 namespace kvt_checking {
 

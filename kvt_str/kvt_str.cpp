@@ -3,10 +3,10 @@
 
 #include <cstring>
 
+#include "engine/log.h"
 #include "message_sequence.h"
 #include "message_table.h"
 #include "read_message.h"
-#include "record/log.h"
 #include "text/scanner.h"
 #include "text/words.h"
 

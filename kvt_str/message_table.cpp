@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "kvt/messages/message_type.h"
-#include "records/records.h"
+#include "tables/records.h"
 #include "text/digits.h"
 #include "text/scanner.h"
 #include "text/words.h"

@@ -5,7 +5,7 @@
 #include <span>
 #include <string_view>
 
-#include "record/row.h"
+#include "engine/row.h"
 #include "text/text.h"
 
 namespace kvt_str {

@@ -2,8 +2,8 @@
 
 #include <cstdlib>
 
+#include "engine/log.h"
 #include "kvt/messages/message_type.h"
-#include "record/log.h"
 #include "text/number.h"
 #include "text/scanner.h"
 

@@ -3,8 +3,8 @@
 
 #include <cstddef>
 
+#include "engine/row.h"
 #include "message_table.h"
-#include "record/row.h"
 
 namespace kvt_str {
 

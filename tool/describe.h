@@ -5,8 +5,8 @@
 #include <string_view>
 #include <vector>
 
+#include "engine/row.h"
 #include "message_table.h"
-#include "record/row.h"
 
 namespace kvt_tool {
 

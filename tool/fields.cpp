@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "record/element_size.h"
+#include "engine/element_size.h"
 
 namespace kvt_tool {
 

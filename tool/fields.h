@@ -4,9 +4,9 @@
 #include <cstdint>
 #include <string_view>
 
+#include "engine/member.h"
+#include "engine/row.h"
 #include "message_table.h"
-#include "record/member.h"
-#include "record/row.h"
 
 namespace kvt_tool {
 

@@ -11,7 +11,7 @@
 #include <utility>
 #include <vector>
 
-#include "record/element_size.h"
+#include "engine/element_size.h"
 
 namespace kvt_tool {
 

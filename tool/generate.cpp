@@ -8,10 +8,10 @@
 #include <new>
 #include <vector>
 
+#include "engine/element_size.h"
 #include "fields.h"
 #include "generate_values.h"
 #include "kvt/message_layer.h"
-#include "record/element_size.h"
 
 namespace kvt_tool {
 

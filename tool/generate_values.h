@@ -5,9 +5,9 @@
 #include <string>
 #include <string_view>
 
+#include "engine/row.h"
 #include "generate.h"
 #include "generate_fabric.h"
-#include "record/row.h"
 
 namespace kvt_tool {
 

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "record_content.h"
-#include "records/records.h"
+#include "tables/records.h"
 #include "value_text.h"
 
 namespace kvt_tool {

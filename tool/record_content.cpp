@@ -6,7 +6,7 @@
 #include <functional>
 #include <string_view>
 
-#include "record/member.h"
+#include "engine/member.h"
 #include "value_text.h"
 
 namespace kvt_tool {

@@ -3,8 +3,8 @@
 
 #include <string_view>
 
+#include "engine/read_arrays.h"
 #include "message_table.h"
-#include "record/read_arrays.h"
 #include "support/tables.h"
 
 namespace kvt_test {

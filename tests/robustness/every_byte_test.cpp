@@ -12,10 +12,10 @@
 #include <string>
 #include <vector>
 
+#include "engine/element_size.h"
+#include "engine/member.h"
 #include "kvt/kvt_str.h"
 #include "kvt/message_layer.h"
-#include "record/element_size.h"
-#include "record/member.h"
 #include "support/exact_copy.h"
 #include "support/memory_watch.h"
 #include "support/random_records.h"

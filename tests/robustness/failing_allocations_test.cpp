@@ -10,8 +10,8 @@
 #include <string>
 #include <vector>
 
+#include "engine/member.h"
 #include "kvt/kvt_str.h"
-#include "record/member.h"
 #include "support/exact_copy.h"
 #include "support/literal_codec.h"
 #include "support/log_capture.h"

@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
+#include "engine/element_size.h"
 #include "instructions_hostile.h"
 #include "kvt/kvt_str.h"
-#include "record/element_size.h"
 #include "support/exact_copy.h"
 #include "support/memory_watch.h"
 #include "support/mutations.h"

@@ -9,10 +9,10 @@
 #include <cstring>
 #include <vector>
 
+#include "engine/read_arrays.h"
+#include "engine/release.h"
 #include "kvt/kvt_str.h"
 #include "kvt/message_layer.h"
-#include "record/read_arrays.h"
-#include "record/release.h"
 #include "support/scan_as_long.h"
 
 namespace kvt_test {

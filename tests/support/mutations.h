@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "record/row.h"
+#include "engine/row.h"
 #include "support/random_records.h"
 
 namespace kvt_test {

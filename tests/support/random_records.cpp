@@ -4,9 +4,9 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "record/element_size.h"
-#include "record/member.h"
-#include "record/release.h"
+#include "engine/element_size.h"
+#include "engine/member.h"
+#include "engine/release.h"
 
 namespace kvt_test {
 

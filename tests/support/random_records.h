@@ -7,7 +7,7 @@
 #include <random>
 #include <string>
 
-#include "record/row.h"
+#include "engine/row.h"
 
 namespace kvt_test {
 

@@ -5,8 +5,8 @@
 #include <cstring>
 #include <set>
 
-#include "record/element_size.h"
-#include "record/member.h"
+#include "engine/element_size.h"
+#include "engine/member.h"
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 #define KVT_SANITIZER_KNOWS_BLOCKS 1

@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <string>
 
-#include "record/row.h"
+#include "engine/row.h"
 
 namespace kvt_test {
 

@@ -4,8 +4,8 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "record/element_size.h"
-#include "record/member.h"
+#include "engine/element_size.h"
+#include "engine/member.h"
 #include "support/messages.h"
 #include "support/random_records.h"
 

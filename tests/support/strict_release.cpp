@@ -3,9 +3,9 @@
 #include <gtest/gtest.h>
 #include <malloc.h>
 
+#include "engine/element_size.h"
+#include "engine/member.h"
 #include "message_table.h"
-#include "record/element_size.h"
-#include "record/member.h"
 
 extern "C" void __real_kvt_msg_release(int32_t msg_type, void *msg);
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "record/row.h"
+#include "engine/row.h"
 
 namespace kvt_test {
 

@@ -1,6 +1,6 @@
 #include "support/test_records.h"
 
-#include "record/table.h"
+#include "engine/table.h"
 
 namespace kvt_str {
 

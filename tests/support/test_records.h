@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "record/row.h"
+#include "engine/row.h"
 
 extern "C" {
 

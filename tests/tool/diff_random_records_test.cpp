@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "diff_records.h"
-#include "record/element_size.h"
-#include "record/member.h"
+#include "engine/element_size.h"
+#include "engine/member.h"
 #include "support/messages.h"
 #include "support/random_records.h"
 

@@ -6,8 +6,8 @@
 
 #include "diff_records.h"
 #include "diff_text.h"
-#include "records/records.h"
 #include "support/messages.h"
+#include "tables/records.h"
 
 namespace kvt_tool {
 namespace {

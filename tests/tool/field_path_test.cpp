@@ -7,9 +7,9 @@
 
 #include "field_path.h"
 #include "nearest_key.h"
-#include "records/records.h"
 #include "support/messages.h"
 #include "support/random_records.h"
+#include "tables/records.h"
 
 namespace kvt_tool {
 namespace {

@@ -9,7 +9,7 @@
 #include "kvt/messages/job_data.h"
 #include "kvt/messages/reservations.h"
 #include "kvt/messages/topology.h"
-#include "records/records.h"
+#include "tables/records.h"
 
 namespace kvt_tool {
 namespace {

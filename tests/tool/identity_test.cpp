@@ -5,7 +5,7 @@
 #include <string>
 
 #include "identity.h"
-#include "records/records.h"
+#include "tables/records.h"
 
 namespace kvt_tool {
 namespace {

@@ -1,0 +1,16 @@
+// Writes records, and measures what writing them would take, by a walk over their tables.
+#pragma once
+
+#include <cstdint>
+
+#include "engine/row.h"
+
+namespace kvt_str {
+
+/// Writes a record as PackRoutine says.
+char *write_record(const Record &table, const void *record, unsigned level, char *out);
+
+/// Measures it as MeasureRoutine says.
+uint64_t measure_record(const Record &table, const void *record, unsigned level);
+
+} // namespace kvt_str

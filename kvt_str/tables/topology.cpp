@@ -1,0 +1,25 @@
+#include "engine/table.h"
+#include "tables/records.h"
+
+namespace kvt_str {
+
+// clang-format off
+RECORD(vemra_topology_info_request,
+    FIELD(num_guids),
+    ARRAY(port_guids, num_guids));
+
+UNROLLED_RECORD(vemra_topology_switch_info, at_level(2),
+    FIELD(id),
+    FIELD(name),
+    FIELD(num_peer_ids),
+    ARRAY(peer_ids, num_peer_ids),
+    FIELD(num_port_guids),
+    ARRAY(port_guids, num_port_guids));
+
+UNROLLED_RECORD(vemra_topology_info_list, at_level(1),
+    FIELD(num_switches),
+    RUN(switches, num_switches),
+    FIELD(status, always));
+// clang-format on
+
+} // namespace kvt_str
