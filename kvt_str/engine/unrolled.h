@@ -21,6 +21,13 @@ constexpr unsigned at_level(unsigned number) {
 
 inline constexpr unsigned most_levels = 5;
 
+/// The option KVT_UNROLL of the build; without it every record is walked.
+#ifdef KVT_UNROLL
+inline constexpr bool unrolls = true;
+#else
+inline constexpr bool unrolls = false;
+#endif
+
 /// `rows` are those of the finished table of `Type`, and `levels` those to unroll, from at_level.
 template <typename Type, const auto &rows, unsigned levels> struct Routines {
     static char *write(const void *record, unsigned level, char *out) {
@@ -65,7 +72,7 @@ private:
 
     template <unsigned known, typename Step>
     KVT_FOLDED static bool call_known(unsigned level, const Step &step) {
-        if constexpr ((levels & at_level(known)) != 0) {
+        if constexpr (unrolls && (levels & at_level(known)) != 0) {
             if (level == known) {
                 step(std::integral_constant<unsigned, known>{});
                 return true;
