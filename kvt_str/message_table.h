@@ -35,7 +35,4 @@ const MessageKind *find_kind(const char *name);
 /// the record's first line; null for any other text.
 const MessageKind *find_straight_kind(const Text &text, const char *at);
 
-/// The level of a message's record block.
-inline constexpr unsigned message_level = 1;
-
 } // namespace kvt_str

@@ -139,11 +139,12 @@ const char *BlockReader::take_row(const Row &row, const char *at, const char *ne
     return next; // not reached: each kind has its case
 }
 
-/// Sees to the counts that lie, once a record is read.
-void settle_counts(const Record &table, Input &input, void *record, const CountedArrays &heap) {
+/// Sees to the counts that lie, once a record is read. Nothing replaces the record of a message.
+void settle_counts(const Record &table, Input &input, void *record, const CountedArrays &heap,
+                   unsigned level) {
     if (input.counts == Counts::agree) {
         make_counts_agree(table, record, heap);
-    } else {
+    } else if (level > message_level) {
         remember_lying_counts(table, input, record, heap);
     }
 }
@@ -178,7 +179,7 @@ const char *BlockReader::read_lines(const char *at, bool first) {
             at = line.opens ? input_.text.find_block_end(at) : line.next;
         }
     }
-    settle_counts(table_, input_, record_, progress_.heap);
+    settle_counts(table_, input_, record_, progress_.heap, level_ - 1);
     return at;
 }
 

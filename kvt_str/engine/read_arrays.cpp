@@ -338,8 +338,9 @@ void remember_lying_counts(const Record &table, Input &input, void *record,
         const uint64_t elements = heap.elements[row.counted_index];
         if (elements != 0 && load_count(row, record) != elements && owns_memory(*row.element) &&
             !input.lying_counts.remember(load<void *>(member_of(row, record)), elements)) {
-            // Without memory for the truth the count cannot stay as it is.
-            make_count_agree(row, record, elements);
+            // Without memory for the truth the count itself must tell it. Nothing is released: the
+            // counts of the elements may lie, too.
+            store_count(row, record, elements);
         }
     }
 }

@@ -76,7 +76,8 @@ void replace_array(const Row &row, const Input &input, void *record, CountedArra
                    const GrowingArray &array, size_t first_lie);
 
 /// Remembers every count of the record that differs from the elements that were read, where those
-/// own something: the record may be an element that is replaced.
+/// own something: the record may be an element that is replaced. A count that cannot be remembered
+/// for want of memory is set to what was read.
 void remember_lying_counts(const Record &table, Input &input, void *record,
                            const CountedArrays &heap);
 

@@ -74,6 +74,9 @@ struct Row {
     constexpr bool has(RowOptions option) const { return (options & option) != 0; }
 };
 
+/// The level of a message's record block.
+inline constexpr unsigned message_level = 1;
+
 /// Writes what follows the opening line of a record's block at `level`: its lines, one level
 /// deeper, and its closing line. Returns the position behind them.
 using PackRoutine = char *(const void *record, unsigned level, char *out);

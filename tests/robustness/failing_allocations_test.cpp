@@ -6,12 +6,14 @@
 #include <cstdlib>
 #include <functional>
 #include <memory>
+#include <set>
 #include <sstream>
 #include <string>
 #include <vector>
 
 #include "engine/member.h"
 #include "kvt/kvt_str.h"
+#include "kvt/messages/events.h"
 #include "support/exact_copy.h"
 #include "support/literal_codec.h"
 #include "support/log_capture.h"
@@ -256,6 +258,36 @@ TEST(FailingAllocations, OneOfCountsThatLieUntilTheirElementsAreReplaced) {
                 release(kind, codec.record);
                 return watch.failed();
             });
+        }
+    }
+}
+
+// Here the counts of a list and of its elements lie at once. Sixteen true counts are remembered at
+// first; the seventeenth takes more memory. A count that cannot be remembered becomes true, and
+// nothing is released by the counts that the text made up.
+TEST(FailingAllocations, OneOfCountsThatLieAtTwoDepthsReleasesNothing) {
+    const std::string event = "    vemra_events {\n      str_entry_list {\n      }\n"
+                              "      x: 1\n      num_str_entry: 1000\n    }\n";
+    for (const size_t events : {16U, 17U}) {
+        const std::string text =
+            message_text("EVENTS_REPLY", "  event_list {\n" + repeated(event, events) +
+                                             "    x: 1\n    num_event: 1\n  }\n");
+        for (const Failing failing : {Failing::one, Failing::rest}) {
+            std::set<uint32_t> counts;
+            fail_each_allocation(failing, [&](MemoryWatch &watch, size_t) {
+                const void *record = read(text, 0).record;
+                const size_t failed = watch.failed();
+                if (record != nullptr) {
+                    const auto *list = static_cast<const vemra_event_list *>(record);
+                    if (list->events != nullptr) {
+                        EXPECT_EQ(list->num_event, 1U);
+                        counts.insert(list->events[0].num_str_entry);
+                    }
+                }
+                watch.free_alive(); // the counts do not tell what there is to release
+                return failed;
+            });
+            EXPECT_EQ(counts, (std::set<uint32_t>{1, 1000}));
         }
     }
 }
