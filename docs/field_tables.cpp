@@ -6,7 +6,7 @@
 
 #include "describe.h"
 #include "fields.h"
-#include "message_table.h"
+#include "message_kinds.h"
 
 namespace {
 

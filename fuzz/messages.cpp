@@ -12,7 +12,7 @@ namespace kvt_fuzz {
 using namespace kvt_str;
 
 Message read_as(const char *text, Counts counts) {
-    static constexpr MessageReader reader = {"read_as", &MessageKind::no_memory};
+    static constexpr MessageReader reader = {"read_as", &MessageCodec::no_memory};
     if (!begins_message(text)) {
         return {nullptr, nullptr, false};
     }

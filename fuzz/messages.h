@@ -3,8 +3,8 @@
 
 #include <string>
 
-#include "engine/row.h"
-#include "message_table.h"
+#include "engine/codec.h"
+#include "message_kinds.h"
 
 namespace kvt_fuzz {
 

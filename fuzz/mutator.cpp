@@ -6,7 +6,7 @@
 #include <cstring>
 #include <string>
 
-#include "message_table.h"
+#include "message_codecs.h"
 #include "messages.h"
 #include "support/mutations.h"
 #include "support/random_records.h"
@@ -66,7 +66,8 @@ std::string with_kind(const std::string &text, const MessageKind &kind) {
     const size_t first = text.find('\n');
     const size_t second = first == std::string::npos ? first : text.find('\n', first + 1);
     const size_t third = second == std::string::npos ? second : text.find('\n', second + 1);
-    return std::string(kind.head) + (third == std::string::npos ? "" : text.substr(third + 1));
+    return std::string(kvt_str::codec_of(kind).head) +
+           (third == std::string::npos ? "" : text.substr(third + 1));
 }
 
 /// Puts a run of lines of the text in once more.

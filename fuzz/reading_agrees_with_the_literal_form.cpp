@@ -6,6 +6,7 @@
 
 #include "engine/release.h"
 #include "property.h"
+#include "support/codecs.h"
 #include "support/literal_codec.h"
 #include "support/log_capture.h"
 #include "support/memory_watch.h"
@@ -29,7 +30,7 @@ Outcome read_by_codec(const Record &table, const char *text, const char *block, 
     const LogCapture capture(level);
     void *record = std::calloc(1, table.size);
     Input input{Text(text), Counts::agree};
-    const char *behind = table.unpack(input, after_newline(block), record, 1);
+    const char *behind = codec_of(table).unpack(input, after_newline(block), record, 1);
     return {record, skip_blanks(behind), capture.lines()};
 }
 

@@ -7,7 +7,7 @@
 
 #include "kvt/kvt_str.h"
 #include "kvt/message_layer.h"
-#include "message_table.h"
+#include "message_codecs.h"
 #include "messages.h"
 #include "property.h"
 #include "support/memory_watch.h"
@@ -30,7 +30,8 @@ void check_text(const char *text, uint32_t value) {
     const size_t size = std::strlen(text) + 1;
     expect(knows_blocks() ? block_size(text) == size : block_size(text) >= size,
            "a text has a block of its size");
-    expect(std::string_view(text).starts_with(kind->head), "a text begins as the writer begins it");
+    expect(std::string_view(text).starts_with(kvt_str::codec_of(*kind).head),
+           "a text begins as the writer begins it");
     expect(std::string_view(text).ends_with("  }\n}\n"), "a text ends as the writer ends it");
 
     // A quoted text may hold lines of its own: only counts that agree can be released.

@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "message_table.h"
+#include "message_kinds.h"
 #include "read_message.h"
 #include "support/test_records.h"
 #include "text/scanner.h"

@@ -1,7 +1,7 @@
 // The table that a text's record is read by.
 #pragma once
 
-#include "engine/row.h"
+#include "engine/codec.h"
 
 namespace kvt_fuzz {
 

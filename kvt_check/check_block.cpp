@@ -1,6 +1,6 @@
 #include "check_block.h"
 
-#include "engine/read_arrays.h"
+#include "engine/text_limits.h"
 #include "nearest.h"
 
 namespace kvt_checking {

@@ -1,8 +1,8 @@
 // Rows that take several lines: arrays, joined texts and blocks. Within a run of lines the reader
 // tests only for the row's key: braces and longer keys mean nothing to it.
 #include "check_block.h"
-#include "engine/read_arrays.h"
-#include "joined_room.h"
+#include "engine/joined_string.h"
+#include "engine/text_limits.h"
 
 namespace kvt_checking {
 
@@ -119,7 +119,7 @@ public:
     }
 
     /// The elements that were read, or the size of the text with its NUL.
-    uint64_t size() const { return row_.kind == RowKind::joined_text ? room_.size() : size_; }
+    uint64_t size() const { return row_.kind == RowKind::joined_text ? room_.length : size_; }
 
 private:
     /// A line that is not read counts as 0, and `value` is 0 then.
@@ -139,12 +139,14 @@ private:
     }
 
     void add_text(const Mark &mark, size_t length) {
+        const size_t wanted = room_.length + length + 1;
         room_.add(length);
+        const bool is_cut = room_.length != wanted;
         if (told_) {
             return;
         }
-        told_ = room_.is_cut() || room_.size() > longest_joined_value + 1;
-        if (room_.is_cut()) {
+        told_ = is_cut || room_.length > longest_joined_value + 1;
+        if (is_cut) {
             check_.findings.report(KVT_FINDING_LONG_TEXT, mark, "the lines of ",
                                    Quoted{key_of(row_)},
                                    " have less room together than they take: the reader cuts this "
@@ -259,7 +261,7 @@ void BlockCheck::check_blocks(size_t index) {
         findings_.report(is_run ? KVT_FINDING_REPEATED_ARRAY : KVT_FINDING_REPEATED_BLOCK,
                          first.again(lines_.first_line(index)), Quoted{key_of(row)},
                          is_run ? " begins once more: its blocks replace those above"
-                         : row.element->reading == Reading::plain
+                         : row.element->reading == Reading::cleared_and_traced
                              ? " stands here once more: it replaces the one above"
                              : " stands here once more: it adds to the one above");
     }

@@ -2,7 +2,7 @@
 // opening lines of their blocks. The steps are those of MessageSequence::read and read_message.
 #include "check_block.h"
 #include "check_state.h"
-#include "message_table.h"
+#include "message_kinds.h"
 #include "nearest.h"
 #include "read_message.h"
 

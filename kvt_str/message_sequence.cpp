@@ -4,17 +4,17 @@
 #include <cstring>
 #include <utility>
 
-#include "kvt/kvt_str.h"
 #include "kvt/message_layer.h"
 #include "read_message.h"
 #include "text/scanner.h"
+#include "write_message.h"
 
 namespace kvt_str {
 
 namespace {
 
 constexpr MessageReader sequence_reader = {"kvt_msg_arr_from_str",
-                                           &MessageKind::no_memory_in_sequence};
+                                           &MessageCodec::no_memory_in_sequence};
 
 /// How many messages the arrays have room for at first.
 constexpr size_t first_entries = 16;
@@ -82,7 +82,7 @@ bool MessageSequence::read(const char *begin, uint32_t length) {
         const auto remaining = length - static_cast<uint32_t>(closing - begin);
         at = next_message(closing, remaining);
     } while (at != nullptr && begins_message(at));
-    const size_t envelopes = input.straight
+    const size_t envelopes = input.canonical
                                  ? count_ + count_envelopes(input.text, next_line(closing))
                                  : count_envelopes(input.text, begin);
     return envelopes <= capacity_ || reserve(envelopes);
@@ -92,11 +92,11 @@ void MessageSequence::write_texts() {
     for (; released_ < count_; ++released_) {
         const auto kind = static_cast<int32_t>(kinds_[released_]);
         void *record = records_[released_];
-        const uint32_t size = kvt_str_get_buf_size(kind, record);
+        const uint32_t size = measure_message(kind, record);
         // A text whose size cannot be told is not written, like one that cannot be allocated.
         char *text = size != 0 ? static_cast<char *>(std::calloc(size, 1)) : nullptr;
         texts_[released_] = text;
-        kvt_msg_to_str(kind, record, text);
+        write_message(kind, record, text);
         kvt_msg_release(kind, record);
     }
 }

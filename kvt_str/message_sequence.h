@@ -4,8 +4,6 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "message_table.h"
-
 namespace kvt_str {
 
 /// The messages of a text: first as records, then as texts.

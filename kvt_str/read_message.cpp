@@ -4,8 +4,11 @@
 
 #include "engine/log.h"
 #include "kvt/messages/message_type.h"
+#include "log_texts.h"
+#include "text/digits.h"
 #include "text/number.h"
 #include "text/scanner.h"
+#include "text/words.h"
 
 namespace kvt_str {
 
@@ -39,16 +42,30 @@ const MessageKind *find_kind_on_line(const char *at, const MessageReader &reader
     if (kind != nullptr && kind->record != nullptr) {
         return kind;
     }
-    // Both readers of messages log these under the single reader's name.
     if (kind == find_kind(VEMRA_MSG_TYPE_NONE)) {
-        log(error_level, reader.name,
-            "kvt_msg_from_str: Support for VEMRA_MSG_TYPE_NONE not yet implemented");
+        log(error_level, reader.name, log_texts::read_of_none);
     } else if (kind == find_kind(VEMRA_MSG_TYPE_LAST)) {
-        log(error_level, reader.name,
-            "kvt_msg_from_str: Support for VEMRA_MSG_TYPE_LAST not yet implemented");
+        log(error_level, reader.name, log_texts::read_of_last);
     } else {
-        log(error_level, reader.name, "kvt_msg_from_str: Invalid value given for msg_type[%s]",
-            name);
+        log(error_level, reader.name, log_texts::read_of_unknown_name, name);
+    }
+    return nullptr;
+}
+
+/// The kind with a record whose message begins at `at` as the writer begins it, to the letter up to
+/// the record's first line; null for any other text.
+const MessageKind *find_canonical_kind(const Text &text, const char *at) {
+    // Most kinds differ in the first eight characters of their names; every head has them.
+    constexpr size_t name_offset = std::string_view("msg {\n  type: ").size();
+    if (!text.has(at, name_offset + 8)) {
+        return nullptr;
+    }
+    for (uint32_t i = 0; i < message_codec_count; ++i) {
+        const std::string_view head = message_codecs[i].head;
+        if (load_eight(at + name_offset) == load_eight(head.data() + name_offset) &&
+            text.has(at, head.size()) && equal_words(at, head.data(), head.size())) {
+            return find_kind(static_cast<int32_t>(i + 1));
+        }
     }
     return nullptr;
 }
@@ -58,11 +75,11 @@ const MessageKind *find_kind_on_line(const char *at, const MessageReader &reader
 const char *read_message(Input &input, const char *at, const MessageReader &reader,
                          const MessageKind *&kind, void **record) {
     const char *lines;
-    kind = find_straight_kind(input.text, at);
+    kind = find_canonical_kind(input.text, at);
     if (kind != nullptr) {
-        lines = at + kind->head.size();
+        lines = at + codec_of(*kind).head.size();
     } else {
-        input.straight = false;
+        input.canonical = false;
         const char *type_line = next_line(at);
         kind = find_kind_on_line(type_line, reader);
         if (kind == nullptr) {
@@ -70,14 +87,14 @@ const char *read_message(Input &input, const char *at, const MessageReader &read
         }
         lines = after_newline(next_line(type_line));
     }
-    const Record &table = *kind->record;
-    *record = std::calloc(1, table.size);
+    const MessageCodec &codec = codec_of(*kind);
+    *record = std::calloc(1, codec.record->size);
     if (*record == nullptr) {
-        log(error_level, reader.name, kind->*reader.no_memory_text);
+        log(error_level, reader.name, codec.*reader.no_memory_text);
         return nullptr;
     }
-    const char *closing = skip_blanks(table.unpack(input, lines, *record, message_level));
-    input.straight = input.straight && closing[0] == '}' && closing[1] == '\n';
+    const char *closing = skip_blanks(codec.record->unpack(input, lines, *record, message_level));
+    input.canonical = input.canonical && closing[0] == '}' && closing[1] == '\n';
     return closing;
 }
 

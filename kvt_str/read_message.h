@@ -3,8 +3,8 @@
 
 #include <cstddef>
 
-#include "engine/row.h"
-#include "message_table.h"
+#include "engine/codec.h"
+#include "message_codecs.h"
 
 namespace kvt_str {
 
@@ -20,8 +20,8 @@ void scan_type_name(const char *at, char (&name)[type_name_capacity]);
 
 /// What differs between the two readers of messages when they fail.
 struct MessageReader {
-    const char *name;                         ///< of the function that logs
-    const char *MessageKind::*no_memory_text; ///< what it says of a record that it cannot allocate
+    const char *name;                          ///< of the function that logs
+    const char *MessageCodec::*no_memory_text; ///< what it says of a record that it cannot allocate
 };
 
 /// Reads the message that begins at `at`. Returns the position of its envelope's closing line, and

@@ -3,7 +3,7 @@
 
 #include "engine/release.h"
 #include "kvt/message_layer.h"
-#include "message_table.h"
+#include "message_kinds.h"
 
 extern "C" void kvt_msg_release(int32_t msg_type, void *msg) {
     const kvt_str::MessageKind *kind = kvt_str::find_kind(msg_type);

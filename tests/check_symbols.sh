@@ -13,7 +13,7 @@ from_layer="kvt_msg_release log_cb log_level"
 further=
 if [ "$what" = check ]; then
     exported="kvt_check kvt_finding_meaning kvt_finding_name kvt_finding_of_name"
-    from_layer="log_cb log_level"
+    from_layer=
     further="memcmp strcmp bcmp" # clang compares by bcmp where only equality counts
 fi
 

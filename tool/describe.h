@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "engine/row.h"
-#include "message_table.h"
+#include "message_kinds.h"
 
 namespace kvt_tool {
 

@@ -1,5 +1,9 @@
 #include "field_path.h"
 
+#include <cstdlib>
+
+#include "engine/find_codec.h"
+#include "message_codecs.h"
 #include "value_text.h"
 
 namespace kvt_tool {
@@ -14,15 +18,26 @@ bool is_record(const Row &row) {
     return row.element != nullptr;
 }
 
-std::string block_lines(const Record &table, const void *record) {
+const kvt_str::Codec &codec_of(const kvt_str::Record &table) {
+    for (const kvt_str::MessageCodec &message : kvt_str::message_codecs) {
+        if (const kvt_str::Codec *found = kvt_str::find_codec(*message.record, table);
+            found != nullptr) {
+            return *found;
+        }
+    }
+    std::abort(); // each table that a path leads to is of a record in a message
+}
+
+std::string block_lines(const kvt_str::Record &table, const void *record) {
     // The writer stores words, which may reach beyond the last newline where no closing line of a
     // message follows.
     constexpr size_t slack = 16;
-    const uint64_t size = table.measure(record, 0);
+    const kvt_str::Codec &codec = codec_of(table);
+    const uint64_t size = codec.measure(record, 0);
     std::string lines = "{\n";
     const size_t begin = lines.size();
     lines.resize(begin + size + slack);
-    table.pack(record, 0, lines.data() + begin);
+    codec.pack(record, 0, lines.data() + begin);
     lines.resize(begin + size - 1);
     return lines;
 }

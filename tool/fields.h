@@ -6,7 +6,7 @@
 
 #include "engine/member.h"
 #include "engine/row.h"
-#include "message_table.h"
+#include "message_kinds.h"
 
 namespace kvt_tool {
 

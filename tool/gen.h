@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "message_table.h"
+#include "message_kinds.h"
 #include "problems.h"
 
 namespace kvt_tool {

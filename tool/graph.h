@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "message_table.h"
+#include "message_kinds.h"
 
 namespace kvt_tool {
 

@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <cstring>
 
-#include "message_table.h"
+#include "message_kinds.h"
 
 namespace kvt_tool {
 

@@ -6,7 +6,7 @@ using namespace kvt_str;
 
 namespace {
 
-constexpr MessageReader tool_reader = {"kvt", &MessageKind::no_memory};
+constexpr MessageReader tool_reader = {"kvt", &MessageCodec::no_memory};
 
 } // namespace
 

@@ -5,7 +5,7 @@
 #include <cstdint>
 
 #include "kvt/message_layer.h"
-#include "message_table.h"
+#include "message_kinds.h"
 #include "read_message.h"
 #include "text/scanner.h"
 #include "unit_stream.h"

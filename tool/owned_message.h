@@ -4,7 +4,7 @@
 #include <memory>
 
 #include "kvt/message_layer.h"
-#include "message_table.h"
+#include "message_kinds.h"
 
 namespace kvt_tool {
 

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "message_table.h"
+#include "message_kinds.h"
 
 namespace kvt_tool {
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "message_table.h"
+#include "message_kinds.h"
 
 namespace kvt_tool {
 

@@ -1,4 +1,4 @@
-// The growth of what is read into the heap.
+// An array on the heap that is read element by element.
 #pragma once
 
 #include <cstddef>
@@ -6,19 +6,15 @@
 
 namespace kvt_str {
 
-/// Elements that an array has room for at first.
-inline constexpr size_t first_capacity = 5;
-
-/// The first room of a joined string, in lengths of its first value.
-inline constexpr size_t first_lengths = 5;
-
-/// A heap array that grows by an element at a time: room for 5, then doubled whenever it is full.
-/// Only the first five elements are zero before they are filled.
+/// Has room for 5 elements at first, and for twice as many whenever it is full. Only the first five
+/// elements are zero before they are filled.
 struct GrowingArray {
     size_t element_size;
     char *block = nullptr;
     size_t capacity = 0;
     size_t count = 0;
+
+    static constexpr size_t first_capacity = 5;
 
     /// Room for one more element; null when there is no memory for it.
     char *next() {

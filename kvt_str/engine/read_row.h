@@ -1,273 +1,322 @@
-// Reads the lines of one row where they are exactly as the writer writes them: the straight path.
+// Reads the lines of one row, a step for each kind of row.
 //
-// Such lines begin with the indentation of their level and the row's label, to the letter. So they
-// belong to the row: no earlier key is a prefix of theirs, and a longer key cannot match, since
-// keys hold neither colons nor blanks. But for the one that opens a block they hold no brace. What
-// the straight path takes, it takes as the exact path would (read.cpp, read_arrays.cpp); all else
-// it leaves.
+// A step is offered the line at `at` in one of two forms (Form, read_block.h) and returns the
+// position after what it took: `at` when that is nothing. A step that takes several lines reads
+// each in its own form. Such a run ends at the first line that does not have the row's key; a brace
+// in a line of it ends nothing.
 //
-// Each step is written once. Called with a row that a loop comes to, it is interpreted; called with
-// a row that is known when compiling, it folds into straight code (unrolled.h).
+// Called with a row that a loop comes to, a step is interpreted; called with a row that is known
+// when compiling, it folds into straight code (unrolled.h).
 #pragma once
 
 #include <cstring>
 
-#include "engine/member.h"
-#include "engine/read_arrays.h"
-#include "engine/read_line.h"
+#include "engine/growing_array.h"
+#include "engine/joined_string.h"
+#include "engine/read_block.h"
 #include "engine/release.h"
-#include "text/number.h"
-#include "text/real.h"
-#include "text/words.h"
+#include "engine/text_limits.h"
+#include "engine/trace_lines.h"
 
 namespace kvt_str {
 
-/// What has been read of a record's block, beside the record itself.
-struct Progress {
-    CountedArrays heap;
-    uint64_t shared = 0; ///< the value of the rows that share one
-};
+// --- One line ------------------------------------------------------------------------------------
 
-inline void store_value(const Row &row, void *record, Progress &progress, uint64_t value) {
-    if (row.has(shared_value)) {
-        progress.shared = value;
+KVT_FOLDED const char *read_number(BlockReader &block, const Row &row, const char *at, Form form) {
+    if (form == Form::general) {
+        return block.read_general_number(row, at);
     }
-    store_number(member_of(row, record), row.size, value);
-}
-
-/// A block of lines that is read on the straight path.
-struct StraightBlock {
-    Input &input;
-    const Text text; ///< the input's, to be looked at: a copy, which stays in registers
-    void *record;
-    unsigned level; ///< of the lines
-
-    KVT_FOLDED const char *value_of(const Row &row, const char *at) const {
-        return behind_label(text, row.label, at, indent_of(level));
-    }
-
-    /// True when a run of the row goes on at `at`, in whatever form.
-    KVT_FOLDED bool goes_on(const Row &row, const char *at) const {
-        return has_key(row, text.skip_blanks(at));
-    }
-};
-
-/// The number of a line of the row; null in any other line.
-KVT_FOLDED PlainNumber number_of(const StraightBlock &block, const Row &row, const char *at) {
-    const char *digits = block.value_of(row, at);
-    if (digits == nullptr) {
-        return {nullptr, 0};
-    }
-    const char *end = block.text.end();
-    switch (row.kind) {
-    case RowKind::number8:
-    case RowKind::bytes:
-        return read_plain_number<1>(digits, end);
-    case RowKind::number64:
-    case RowKind::array64:
-        return read_plain_number<8>(digits, end);
-    default:
-        return read_plain_number<4>(digits, end);
-    }
-}
-
-KVT_FOLDED const char *take_number(const StraightBlock &block, const Row &row, const char *at,
-                                   Progress &progress) {
-    const PlainNumber number = number_of(block, row, at);
-    if (number.next == nullptr) {
+    const PlainNumber line = block.canonical_number(row, at);
+    if (line.next == nullptr) {
         return at;
     }
-    store_value(row, block.record, progress, number.value);
-    return number.next;
+    block.store_value(row, line.value);
+    return line.next;
 }
 
-KVT_FOLDED const char *take_real(const StraightBlock &block, const Row &row, const char *at) {
-    const char *digits = block.value_of(row, at);
-    if (digits == nullptr) {
+KVT_FOLDED const char *read_real(BlockReader &block, const Row &row, const char *at, Form form) {
+    if (form == Form::general) {
+        return block.read_general_real(row, at);
+    }
+    const char *digits = block.canonical_value(row, at);
+    const PlainReal line = digits != nullptr ? read_plain_real(digits) : PlainReal{nullptr, 0};
+    if (line.next == nullptr) {
         return at;
     }
-    const PlainReal real = read_plain_real(digits);
-    if (real.next == nullptr) {
-        return at;
+    store(member_of(row, block.record), line.value);
+    return line.next;
+}
+
+KVT_FOLDED const char *_kvt_txt_unpack_primarray_char(BlockReader &block, const Row &row,
+                                                      const char *at, Form form) {
+    char *member = member_of(row, block.record);
+    if (form == Form::general) {
+        return read_general_text(block.input, row, at, member);
     }
-    store(member_of(row, block.record), real.value);
-    return real.next;
-}
-
-/// The value of a quoted line, of up to `longest` characters. Empty for any other line.
-KVT_FOLDED std::string_view quoted_value(const StraightBlock &block, const Row &row, const char *at,
-                                         size_t longest) {
-    const char *quote = block.value_of(row, at);
-    if (quote == nullptr || *quote != '"') {
-        return {};
-    }
-    const std::string_view value = plain_quoted(quote + 1, block.text.end());
-    return value.size() <= longest ? value : std::string_view();
-}
-
-/// The line behind that of a quoted value: behind the second quote and the newline.
-KVT_FOLDED const char *behind_quoted(std::string_view value) {
-    return value.data() + value.size() + 2;
-}
-
-KVT_FOLDED const char *take_text(const StraightBlock &block, const Row &row, const char *at) {
-    const std::string_view value = quoted_value(block, row, at, longest_text_value);
-    if (value.empty()) {
+    const QuotedLine line = block.canonical_quoted(row, at, longest_text_value);
+    if (line.next == nullptr) {
         return at;
     }
     const size_t room = row.capacity - size_t{1};
-    char *member = member_of(row, block.record);
     std::memset(member, 0, row.capacity);
-    copy_words(member, value.data(), value.size() < room ? value.size() : room);
-    return behind_quoted(value);
+    copy_words(member, line.value.data(), line.value.size() < room ? line.value.size() : room);
+    return line.next;
 }
 
-/// Takes a string of one line. The room for it is what several lines would begin with.
-KVT_FOLDED const char *take_joined_text(const StraightBlock &block, const Row &row,
-                                        const char *at) {
-    const std::string_view value = quoted_value(block, row, at, longest_joined_value);
-    if (value.empty() || block.goes_on(row, behind_quoted(value))) {
-        return at;
+// --- Several lines -------------------------------------------------------------------------------
+
+/// Stores an array or a run that was read, and frees what an earlier one of the row had. `lies` are
+/// the lying counts from before the run.
+KVT_FOLDED void replace_array(BlockReader &block, const Row &row, const GrowingArray &array,
+                              size_t lies) {
+    char *member = member_of(row, block.record);
+    if (void *earlier = load<void *>(member); earlier != nullptr) { // rarely: saves the call
+        release_array(row, earlier, block.progress.true_counts.of(row), block.input.lying_counts);
     }
-    auto *text = static_cast<char *>(std::calloc(first_lengths * value.size(), 1));
-    if (text != nullptr) {
-        copy_words(text, value.data(), value.size());
-    }
-    replace_text(row, block.record, text, text != nullptr ? value.size() + 1 : 0);
-    return behind_quoted(value);
+    store(member, array.block);
+    store_count(row, block.record, array.count);
+    block.progress.true_counts.of(row) = {array.count, lies};
 }
 
-/// Takes lines of an array as long as they are straight. When the run goes on behind them in
-/// another form, `read_exactly` takes its rest.
 template <typename Number>
-KVT_FOLDED const char *take_numbers(const StraightBlock &block, const Row &row, const char *at,
-                                    Progress &progress,
-                                    decltype(_kvt_txt_unpack_primptr_uint64_t) &read_exactly) {
-    PlainNumber number = number_of(block, row, at);
-    if (number.next == nullptr) {
+KVT_FOLDED const char *read_numbers(BlockReader &block, const Row &row, const char *at, Form form) {
+    PlainNumber line = block.canonical_number(row, at);
+    if (line.next == nullptr && form == Form::canonical) {
         return at;
     }
     GrowingArray array{sizeof(Number)};
-    do {
+    Number value = 0; // of the last line that scanned
+    for (;; line = block.canonical_number(row, at)) {
+        if (line.next != nullptr) {
+            at = line.next;
+            value = static_cast<Number>(line.value);
+        } else if (block.has_line_of(row, at)) {
+            const GeneralNumber general = read_general_element(block.input, row, at, value);
+            at = general.next;
+            if (!general.scans) {
+                continue;
+            }
+            value = static_cast<Number>(general.value);
+        } else {
+            break;
+        }
         char *element = array.next();
         if (element != nullptr) {
-            store(element, static_cast<Number>(number.value));
+            store(element, value);
             ++array.count;
+            if (block.is_traced) {
+                trace_element(row, array.count, value);
+            }
         }
-        at = number.next;
-        number = number_of(block, row, at);
-    } while (number.next != nullptr);
-    if (block.goes_on(row, at)) {
-        return read_exactly(block.input, row, at, block.record, progress.heap, array);
     }
-    replace_array(row, block.input, block.record, progress.heap, array,
-                  block.input.lying_counts.size());
+    if (block.is_traced) {
+        // An array without elements has no first one to show: 0 stands for it.
+        trace_end_of_array(row, array.count, array.count != 0 ? load<Number>(array.block) : 0);
+    }
+    replace_array(block, row, array, block.input.lying_counts.size());
     return at;
 }
 
-/// Takes lines of a byte array, or leaves the run when not all of them are straight.
-KVT_FOLDED const char *take_bytes(const StraightBlock &block, const Row &row, const char *at) {
-    PlainNumber number = number_of(block, row, at);
-    if (number.next == nullptr) {
+KVT_FOLDED const char *_kvt_txt_unpack_primptr_uint16_t(BlockReader &block, const Row &row,
+                                                        const char *at, Form form) {
+    return read_numbers<uint16_t>(block, row, at, form);
+}
+
+KVT_FOLDED const char *_kvt_txt_unpack_primptr_uint32_t(BlockReader &block, const Row &row,
+                                                        const char *at, Form form) {
+    return read_numbers<uint32_t>(block, row, at, form);
+}
+
+KVT_FOLDED const char *_kvt_txt_unpack_primptr_uint64_t(BlockReader &block, const Row &row,
+                                                        const char *at, Form form) {
+    return read_numbers<uint64_t>(block, row, at, form);
+}
+
+/// A line that does not scan stores 0. Further lines than the array has bytes are skipped.
+KVT_FOLDED const char *_kvt_txt_unpack_primarray_uint8_t(BlockReader &block, const Row &row,
+                                                         const char *at, Form form) {
+    PlainNumber line = block.canonical_number(row, at);
+    if (line.next == nullptr && form == Form::canonical) {
         return at;
     }
-    const char *start = at;
     char *member = member_of(row, block.record);
     if (row.has(clear_at_run)) {
         std::memset(member, 0, row.capacity);
     }
-    for (unsigned i = 0; i < row.capacity && number.next != nullptr; ++i) {
-        store(member + i, static_cast<uint8_t>(number.value));
-        at = number.next;
-        number = number_of(block, row, at);
-    }
-    return block.goes_on(row, at)
-               ? _kvt_txt_unpack_primarray_uint8_t(block.input, row, start, block.record)
-               : at;
-}
-
-/// Reads the block of a record within the record, from its first line.
-KVT_FOLDED const char *read_inner_block(Input &input, const Row &row, const char *lines,
-                                        void *record, unsigned level) {
-    char *member = member_of(row, record);
-    if (row.element->owns_heap) {
-        // An earlier block of the same name goes, with its arrays. Counts that lie do no harm here:
-        // what such arrays hold owns nothing in turn.
-        release_members(*row.element, member);
-    }
-    return row.element->unpack(input, lines, member, level);
-}
-
-KVT_FOLDED const char *take_block(const StraightBlock &block, const Row &row, const char *at) {
-    const char *lines = block.value_of(row, at);
-    return lines != nullptr ? read_inner_block(block.input, row, lines, block.record, block.level)
-                            : at;
-}
-
-/// Takes blocks as long as their opening lines are straight, and then the run's rest.
-KVT_FOLDED const char *take_run(const StraightBlock &block, const Row &row, const char *at,
-                                Progress &progress) {
-    const char *lines = block.value_of(row, at);
-    if (lines == nullptr) {
-        return at;
-    }
-    GrowingArray array{row.element->size};
-    const size_t first_lie = block.input.lying_counts.size();
-    for (; lines != nullptr; lines = block.value_of(row, at)) {
-        char *element = array.next();
-        if (element == nullptr) {
-            block.input.straight = false;
-            at = block.text.find_block_end(at);
+    unsigned taken = 0;
+    for (;; line = block.canonical_number(row, at)) {
+        uint64_t value = line.value;
+        if (line.next != nullptr) {
+            at = line.next;
+        } else if (block.has_line_of(row, at)) {
+            const GeneralNumber general = read_general_element(block.input, row, at, 0);
+            at = general.next;
+            value = general.scans ? general.value : 0;
+        } else {
             break;
         }
-        at = row.element->unpack(block.input, lines, element, block.level);
-        ++array.count;
+        if (taken < row.capacity) {
+            store(member + taken, static_cast<uint8_t>(value));
+            ++taken;
+            if (block.is_traced) {
+                trace_byte(static_cast<uint8_t>(value));
+            }
+        }
     }
-    if (block.goes_on(row, at)) {
-        return read_run(block.input, row, skip_blanks(at), block.record, block.level, progress.heap,
-                        array, first_lie);
+    if (block.is_traced && taken < row.capacity) {
+        trace_end_of_bytes(row, skip_blanks(at));
     }
-    replace_array(row, block.input, block.record, progress.heap, array, first_lie);
     return at;
 }
 
-KVT_FOLDED const char *take_slots(const StraightBlock &block, const Row &row, const char *at) {
-    return block.value_of(row, at) != nullptr
-               ? read_slots(block.input, row, at, block.record, block.level)
-               : at;
+/// Stores a joined string and its size with its NUL, and frees an earlier one.
+KVT_FOLDED void replace_text(BlockReader &block, const Row &row, JoinedString &joined) {
+    joined.end();
+    char *member = member_of(row, block.record);
+    if (void *earlier = load<void *>(member); earlier != nullptr) { // rarely: saves the call
+        std::free(earlier);
+    }
+    store(member, joined.text);
+    store_count(row, block.record, joined.room.length);
 }
 
-/// Takes the lines of a row that begin at `at`. Returns the position behind what it took: `at` when
-/// that is nothing.
-KVT_FOLDED const char *take_straight(const StraightBlock &block, const Row &row, const char *at,
-                                     Progress &progress) {
+KVT_FOLDED const char *_kvt_txt_unpack_primptr_char(BlockReader &block, const Row &row,
+                                                    const char *at, Form form) {
+    QuotedLine line = block.canonical_quoted(row, at, longest_joined_value);
+    if (line.next == nullptr && form == Form::canonical) {
+        return at;
+    }
+    JoinedString joined;
+    unsigned count = 0;
+    // The traces show the buffer that a value is scanned into. It is cleared once the value has
+    // been added, so most of them show nothing, but a value for which there was no memory stays in
+    // it.
+    std::string_view buffered;
+    for (;;) {
+        if (line.next == nullptr) {
+            line = read_general_quoted(block.input, row, at, buffered);
+        }
+        at = line.next;
+        if (!line.value.empty()) {
+            const bool joins = joined.append(line.value);
+            buffered = joins ? std::string_view() : line.value;
+            count += joins ? 1 : 0;
+            if (block.is_traced && joins) {
+                trace_joined_value(joined.text);
+            }
+        }
+        // Mostly there is one line, so this comes before another try of the canonical form.
+        if (!block.has_line_of(row, at)) {
+            break;
+        }
+        line = block.canonical_quoted(row, at, longest_joined_value);
+    }
+    if (block.is_traced) {
+        trace_end_of_joined(count, joined.text);
+    }
+    replace_text(block, row, joined);
+    return at;
+}
+
+// --- Blocks --------------------------------------------------------------------------------------
+
+KVT_FOLDED const char *read_block(BlockReader &block, const Row &row, const char *at, Form form) {
+    const char *lines = form == Form::canonical ? block.canonical_value(row, at)
+                                                : block.input.after_general_line(at);
+    if (lines == nullptr) {
+        return at;
+    }
+    const Codec &element = block.codec.element_of(row);
+    char *member = member_of(row, block.record);
+    if (element.has_pointers) {
+        // An earlier block of the same name goes, with its arrays. Counts that lie do no harm here:
+        // what such arrays hold owns nothing in turn.
+        release_members(element, member);
+    }
+    return element.unpack(block.input, lines, member, block.line_level());
+}
+
+/// Reads blocks into the places that `next_place` gives, and skips one when that is null.
+template <typename NextPlace>
+KVT_FOLDED const char *read_elements(BlockReader &block, const Row &row, const char *at,
+                                     const NextPlace &next_place) {
+    const Codec &element = block.codec.element_of(row);
+    for (;;) {
+        const char *lines = block.canonical_value(row, at);
+        if (lines == nullptr) {
+            if (!block.has_line_of(row, at)) {
+                return at;
+            }
+            at = skip_blanks(at);
+            lines = block.input.after_general_line(at);
+        }
+        char *place = next_place();
+        at = place != nullptr ? element.unpack(block.input, lines, place, block.line_level())
+                              : block.input.after_skipped_block(at);
+    }
+}
+
+/// Reads blocks into new elements on the heap, which replace those of an earlier run.
+KVT_FOLDED const char *read_run(BlockReader &block, const Row &row, const char *at, Form form) {
+    if (form == Form::canonical && block.canonical_value(row, at) == nullptr) {
+        return at;
+    }
+    GrowingArray array{block.codec.element_of(row).size};
+    const size_t lies = block.input.lying_counts.size();
+    at = read_elements(block, row, at, [&]() KVT_FOLDED_LAMBDA {
+        char *place = array.next();
+        array.count += place != nullptr;
+        return place;
+    });
+    replace_array(block, row, array, lies);
+    return at;
+}
+
+/// Reads blocks into the elements within the record, from the first on; further ones are skipped.
+KVT_FOLDED const char *read_slots(BlockReader &block, const Row &row, const char *at, Form form) {
+    if (form == Form::canonical && block.canonical_value(row, at) == nullptr) {
+        return at;
+    }
+    char *slots = member_of(row, block.record);
+    unsigned in_use = 0;
+    at = read_elements(block, row, at, [&]() KVT_FOLDED_LAMBDA {
+        return in_use < row.capacity ? slots + in_use++ * block.codec.element_of(row).size
+                                     : nullptr;
+    });
+    store_count(row, block.record, in_use);
+    return at;
+}
+
+// --- Any row -------------------------------------------------------------------------------------
+
+KVT_FOLDED const char *read_row(BlockReader &block, const Row &row, const char *at, Form form) {
     switch (row.kind) {
     case RowKind::number8:
     case RowKind::number16:
     case RowKind::number32:
     case RowKind::number64:
     case RowKind::signed32:
-        return take_number(block, row, at, progress);
+        return read_number(block, row, at, form);
     case RowKind::real:
-        return take_real(block, row, at);
+        return read_real(block, row, at, form);
     case RowKind::text:
-        return take_text(block, row, at);
+        return _kvt_txt_unpack_primarray_char(block, row, at, form);
     case RowKind::joined_text:
-        return take_joined_text(block, row, at);
+        return _kvt_txt_unpack_primptr_char(block, row, at, form);
     case RowKind::array16:
-        return take_numbers<uint16_t>(block, row, at, progress, _kvt_txt_unpack_primptr_uint16_t);
+        return _kvt_txt_unpack_primptr_uint16_t(block, row, at, form);
     case RowKind::array32:
-        return take_numbers<uint32_t>(block, row, at, progress, _kvt_txt_unpack_primptr_uint32_t);
+        return _kvt_txt_unpack_primptr_uint32_t(block, row, at, form);
     case RowKind::array64:
-        return take_numbers<uint64_t>(block, row, at, progress, _kvt_txt_unpack_primptr_uint64_t);
+        return _kvt_txt_unpack_primptr_uint64_t(block, row, at, form);
     case RowKind::bytes:
-        return take_bytes(block, row, at);
+        return _kvt_txt_unpack_primarray_uint8_t(block, row, at, form);
     case RowKind::block:
-        return take_block(block, row, at);
+        return read_block(block, row, at, form);
     case RowKind::run:
-        return take_run(block, row, at, progress);
+        return read_run(block, row, at, form);
     case RowKind::slots:
-        return take_slots(block, row, at);
+        return read_slots(block, row, at, form);
     }
     return at; // not reached: each kind has its case
 }

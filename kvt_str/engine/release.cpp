@@ -8,7 +8,7 @@ namespace kvt_str {
 
 bool owns_memory(const Record &table) {
     for (const Row &row : table.rows) {
-        if (row.owns_heap() || (row.element != nullptr && owns_memory(*row.element))) {
+        if (row.is_pointer() || (row.element != nullptr && owns_memory(*row.element))) {
             return true;
         }
     }
@@ -37,10 +37,18 @@ void release_members(const Record &table, void *record, LyingCounts::Cursor *lyi
         } else if (row.opens_block()) {
             release_elements(*row.element, member, 0, row.capacity, lying);
         }
-        if (row.owns_heap()) {
+        if (row.is_pointer()) {
             std::free(load<void *>(member));
         }
     }
+}
+
+void release_array(const Row &row, void *array, TrueCount count, const LyingCounts &lying_counts) {
+    if (row.kind == RowKind::run) {
+        LyingCounts::Cursor lying(lying_counts, count.first_lie);
+        release_elements(*row.element, array, 0, count.elements, &lying);
+    }
+    std::free(array);
 }
 
 } // namespace kvt_str

@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "engine/row.h"
+#include "engine/true_counts.h"
 
 namespace kvt_str {
 
@@ -17,5 +18,9 @@ void release_members(const Record &table, void *record, LyingCounts::Cursor *lyi
 /// Frees what the elements `first` to `end` - 1 of a run own.
 void release_elements(const Record &element, void *elements, uint64_t first, uint64_t end,
                       LyingCounts::Cursor *lying = nullptr);
+
+/// Frees an array or a run that another one replaces while a record is read, with all that its
+/// elements own.
+void release_array(const Row &row, void *array, TrueCount count, const LyingCounts &lying_counts);
 
 } // namespace kvt_str

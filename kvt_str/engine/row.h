@@ -1,15 +1,12 @@
 // What a record looks like: one table of rows, in the order in which they are written and in which
-// a line is tested against their keys. Writing, measuring, reading and releasing walk these tables
-// and know nothing else of any record.
+// a line is tested against their keys. Writing, measuring, reading, releasing and checking walk
+// these tables and know nothing else of any record.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
-#include <span>
 
-#include "engine/lying_counts.h"
 #include "text/label.h"
-#include "text/text.h"
 
 namespace kvt_str {
 
@@ -52,13 +49,13 @@ struct Row {
     uint8_t options = no_options; ///< RowOptions
     uint8_t count_width = 0;      ///< bytes of the count, where there is one
     uint8_t terminator = 0;       ///< of a byte array: the value that ends it
-    uint8_t counted_index = 0;    ///< numbers the rows that count elements within a record
+    uint8_t index = 0;            ///< its place among the rows of its record
+    uint8_t counted_index = 0;    ///< its place among those that count elements
     uint16_t capacity = 1;     ///< elements of the member, more than 1 for an array in the record
     uint32_t offset = 0;       ///< of the member
     uint32_t size = 0;         ///< of the member, in bytes
     uint32_t count_offset = 0; ///< of the count or length, where there is one
     const Record *element = nullptr; ///< the record of a block, run or slot
-    const char *trace = nullptr;     ///< format of the trace of a number or float
 
     constexpr bool is_number() const { return kind <= RowKind::signed32; }
 
@@ -67,66 +64,49 @@ struct Row {
     /// An array or a run on the heap: its count tells how many elements there are.
     constexpr bool counts_elements() const { return is_array() || kind == RowKind::run; }
 
-    constexpr bool owns_heap() const { return counts_elements() || kind == RowKind::joined_text; }
+    /// The member is a pointer to a block on the heap.
+    constexpr bool is_pointer() const { return counts_elements() || kind == RowKind::joined_text; }
 
     constexpr bool opens_block() const { return kind >= RowKind::block; }
 
     constexpr bool has(RowOptions option) const { return (options & option) != 0; }
 };
 
-/// The level of a message's record block.
-inline constexpr unsigned message_level = 1;
+/// A record's rows.
+class Rows {
+public:
+    constexpr Rows(const Row *first, size_t count) : first_(first), count_(count) {}
 
-/// Writes what follows the opening line of a record's block at `level`: its lines, one level
-/// deeper, and its closing line. Returns the position behind them.
-using PackRoutine = char *(const void *record, unsigned level, char *out);
+    constexpr const Row *begin() const { return first_; }
 
-/// The number of characters that the record's PackRoutine writes.
-using MeasureRoutine = uint64_t(const void *record, unsigned level);
+    constexpr const Row *end() const { return first_ + count_; }
 
-/// How the counts and lengths of what is read are treated.
-enum class Counts : uint8_t {
-    as_read, ///< as the last line or run left them, which may be more than there are elements
-    agree,   ///< never more than there are elements; elements beyond a smaller count are released
+    constexpr size_t size() const { return count_; }
+    constexpr Rows first(size_t count) const { return {first_, count}; }
+
+    constexpr const Row &operator[](size_t i) const { return first_[i]; }
+
+private:
+    const Row *first_;
+    size_t count_;
 };
-
-/// What the readers of one text share: the text, how its counts are treated, and what has been seen
-/// of it so far.
-struct Input {
-    Text text;
-    Counts counts;
-    LyingCounts lying_counts = {}; ///< of the elements read so far
-    /// All lines so far took the straight path (read_row.h), and so no quoted text had a brace:
-    /// their braces open and close just the blocks that were read. Slots never take it.
-    bool straight = true;
-};
-
-/// Reads the block of a record. `at` is the line behind the block's opening line; `level` is that
-/// of the block where the writer writes it, 1 at least, and matters only for speed. Returns the
-/// position behind the newline of the block's closing line, or the text's NUL.
-using UnpackRoutine = const char *(Input &input, const char *at, void *record, unsigned level);
 
 /// Particulars of how a record is read.
 enum class Reading : uint8_t {
-    plain,
-    untraced_merge, ///< nothing is traced, and the record is not cleared first: for records that
-                    ///< own nothing and are no elements of a run, which lie in uncleared memory
+    cleared_and_traced,  ///< the record is cleared first, and what is read is traced
+    merged_and_untraced, ///< the record is not cleared first, and nothing is traced: for records
+                         ///< that own nothing and are no elements of a run, which lie in uncleared
+                         ///< memory
 };
 
 /// The table of a record.
 struct Record {
-    const char *name;     ///< of the C type
-    const char *reader;   ///< name of the reader, as in the traces
-    const char *mismatch; ///< format of the trace of an unknown line
-    std::span<const Row> rows;
-    uint32_t size;  ///< of the C type, in bytes
-    bool owns_heap; ///< a row of it is an array, a string or a run on the heap
+    const char *name;   ///< of the C type
+    const char *reader; ///< name of the reader, as in the traces
+    Rows rows;
+    uint32_t size;     ///< of the C type, in bytes
+    bool has_pointers; ///< the member of a row is a pointer to the heap
     Reading reading;
-    PackRoutine *pack;
-    MeasureRoutine *measure;
-    UnpackRoutine *unpack;
-
-    bool is_traced() const { return reading == Reading::plain; }
 };
 
 /// The rows that count elements in one record, at most.

@@ -1,12 +1,14 @@
 // The notation of the tables:
 //
 //     RECORD(vemra_request_sm_data,
+//         _kvt_txt_pack_msg_vemra_request_sm_data, _kvt_txt_unpack_msg_vemra_request_sm_data,
 //         FIELD(job_id),
 //         FIELD(data_type, always));
 //
-// defines RecordOf<vemra_request_sm_data>::table and the record's named routines. A row's kind and
-// width follow from the C type of its member; a member of the wrong type, a member that no row
-// covers and a key that an earlier one would capture do not compile.
+// defines RecordOf<vemra_request_sm_data>::table, and the record's named routines with
+// CodecOf<vemra_request_sm_data>::codec. A row's kind and width follow from the C type of its
+// member; a member of the wrong type, a member that no row covers and a key that an earlier one
+// would capture do not compile.
 //
 //     FIELD(member)                number, float or text; the key is the member's name
 //     FIELD_AS("key", member)      the same under a key of its own
@@ -22,11 +24,14 @@
 //
 // Two other forms of RECORD:
 //
-//     UNROLLED_RECORD(type, at_level(2) | at_level(3), rows...)    for speed: see unrolled.h
-//     DEFINE_RECORD(type, routine, reading, levels, rows...)       with all particulars
+//     UNROLLED_RECORD(type, pack, unpack, at_levels(2, 3), rows...)   for speed: see unrolled.h
+//     DEFINE_RECORD(type, pack, unpack, reading, levels, rows...)     with all particulars
+//
+// The file of a family is compiled twice: with KVT_TABLES_ALONE it defines the tables, for
+// libraries that neither write nor read, and with KVT_CODECS_ALONE the rest. Without either it
+// defines both.
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <iterator>
 #include <type_traits>
@@ -34,8 +39,11 @@
 
 #include "engine/row.h"
 #include "engine/table_checks.h"
+#ifndef KVT_TABLES_ALONE
+#include "engine/element_codecs.h"
 #include "engine/trace_texts.h"
 #include "engine/unrolled.h"
+#endif
 
 namespace kvt_str {
 
@@ -122,29 +130,30 @@ constexpr Row make_bytes(const char (&label)[size], size_t offset, uint8_t termi
     return row;
 }
 
+/// A row whose lines are blocks of records of type `Element`.
+template <typename Element> struct BlockRow : Row {
+    constexpr explicit BlockRow(const Row &row) : Row(row) { element = &RecordOf<Element>::table; }
+};
+
 template <typename Member, size_t size>
-constexpr Row make_block(const char (&label)[size], size_t offset) {
-    Row row = make_row<Member>(label, offset, RowKind::block, no_options);
-    row.element = &RecordOf<Member>::table;
-    return row;
+constexpr BlockRow<Member> make_block(const char (&label)[size], size_t offset) {
+    return BlockRow<Member>(make_row<Member>(label, offset, RowKind::block, no_options));
 }
 
 template <typename Member, typename Count, size_t size>
-constexpr Row make_run(const char (&label)[size], size_t offset, size_t count_offset,
-                       unsigned options = no_options) {
+constexpr auto make_run(const char (&label)[size], size_t offset, size_t count_offset,
+                        unsigned options = no_options) {
     static_assert(std::is_pointer_v<Member>, "a RUN is a pointer to records");
-    Row row = make_row<Member>(label, offset, RowKind::run, options);
-    row.element = &RecordOf<std::remove_pointer_t<Member>>::table;
-    return with_count<Count>(row, count_offset);
+    const Row row = make_row<Member>(label, offset, RowKind::run, options);
+    return BlockRow<std::remove_pointer_t<Member>>(with_count<Count>(row, count_offset));
 }
 
 template <typename Member, typename Count, size_t size>
-constexpr Row make_slots(const char (&label)[size], size_t offset, size_t count_offset) {
+constexpr auto make_slots(const char (&label)[size], size_t offset, size_t count_offset) {
     static_assert(std::is_array_v<Member>, "SLOTS are an array of records");
     static_assert(sizeof(Count) == 1, "the count of SLOTS has 8 bits");
-    Row row = make_row<Member>(label, offset, RowKind::slots, no_options);
-    row.element = &RecordOf<std::remove_extent_t<Member>>::table;
-    return with_count<Count>(row, count_offset);
+    const Row row = make_row<Member>(label, offset, RowKind::slots, no_options);
+    return BlockRow<std::remove_extent_t<Member>>(with_count<Count>(row, count_offset));
 }
 
 // Macros, since only they can name a member. `Type` is the record's, within RECORD.
@@ -181,62 +190,99 @@ template <typename Source> struct Finished {
                   "a member of the record has no row, or two: compare the struct with its table");
     static_assert(count_counted_rows<Source>() <= most_counted_rows, "raise most_counted_rows");
 
-    static constexpr auto rows = [] {
-        std::array<Row, std::size(Source::rows)> result{};
-        const char *trace = Traces<Source>::characters.data();
-        uint8_t heap_rows = 0;
-        for (size_t i = 0; i < result.size(); ++i) {
-            Row &row = result[i];
-            row = Source::rows[i];
-            if (traces_value(row)) {
-                row.trace = trace;
-                while (*trace++ != '\0') {
-                }
-            }
-            if (row.counts_elements()) {
-                row.counted_index = heap_rows++;
+    static constexpr size_t row_count = std::size(Source::rows);
+
+    struct NumberedRows {
+        Row at[row_count];
+    };
+
+    static constexpr NumberedRows numbered = [] {
+        NumberedRows result{};
+        uint8_t counted = 0;
+        for (size_t i = 0; i < row_count; ++i) {
+            result.at[i] = Source::rows[i];
+            result.at[i].index = static_cast<uint8_t>(i);
+            if (result.at[i].counts_elements()) {
+                result.at[i].counted_index = counted++;
             }
         }
         return result;
     }();
+
+    static constexpr Rows rows = {numbered.at, row_count};
 };
 
 // clang-format off
-/// Defines the table of `type` and its routines, _kvt_txt_pack_<routine> and
-/// _kvt_txt_unpack_<routine>. `levels` are those that the steps are unrolled for.
-#define DEFINE_RECORD(type, routine, how, levels, ...)                                             \
-    namespace {                                                                                    \
-    struct type##_source {                                                                         \
+/// The rows of `type`. They have a name that other files know, so that the two objects which are
+/// made of one file share them.
+#define KVT_ROWS(type, ...)                                                                        \
+    namespace tables_of {                                                                          \
+    struct type {                                                                                  \
         using Type = ::type;                                                                       \
-        static constexpr char reader[] = "_kvt_txt_unpack_" #routine;                              \
         static constexpr Row rows[] = {__VA_ARGS__};                                               \
     };                                                                                             \
-    using type##_routines = Routines<type, Finished<type##_source>::rows, levels>;                 \
-    }                                                                                              \
-    template <> constinit const Record RecordOf<type>::table = {                                   \
+    }
+
+#define KVT_RECORD(type, unpack_routine, how)                                                      \
+    Record {                                                                                       \
         .name = #type,                                                                             \
-        .reader = type##_source::reader,                                                           \
-        .mismatch = "_kvt_txt_unpack_" #routine " mismatch, txt_msg[%.50s]\n",                     \
-        .rows = Finished<type##_source>::rows,                                                     \
+        .reader = #unpack_routine,                                                                 \
+        .rows = Finished<tables_of::type>::rows,                                                   \
         .size = sizeof(type),                                                                      \
-        .owns_heap = owns_heap<type##_source>(),                                                   \
+        .has_pointers = has_pointers<tables_of::type>(),                                           \
         .reading = how,                                                                            \
-        .pack = _kvt_txt_pack_##routine,                                                           \
-        .measure = type##_routines::measure,                                                       \
-        .unpack = _kvt_txt_unpack_##routine,                                                       \
+    }
+
+#ifdef KVT_CODECS_ALONE
+#define KVT_TABLE(type, unpack_routine, how)
+#else
+#define KVT_TABLE(type, unpack_routine, how)                                                       \
+    template <>                                                                                    \
+    constinit const Record RecordOf<type>::table = KVT_RECORD(type, unpack_routine, how);
+#endif
+
+#ifdef KVT_TABLES_ALONE
+#define KVT_CODEC(type, pack_routine, unpack_routine, how, levels, ...)
+#else
+#define KVT_CODEC(type, pack_routine, unpack_routine, how, levels, ...)                                 \
+    namespace {                                                                                    \
+    struct type##_codec {                                                                          \
+        using Type = ::type;                                                                       \
+        using Table = Finished<tables_of::type>;                                                   \
+        static constexpr char reader[] = #unpack_routine;                                          \
+        static constexpr auto elements = element_codecs(__VA_ARGS__);                              \
     };                                                                                             \
-    char *_kvt_txt_pack_##routine(const void *record, unsigned level, char *out) {                 \
+    using type##_routines = Routines<type##_codec, levels>;                                        \
+    }                                                                                              \
+    template <> constinit const Codec CodecOf<type>::codec = {                                     \
+        KVT_RECORD(type, unpack_routine, how),                                                     \
+        KVT_MISMATCH_TEXT(#unpack_routine),                                                        \
+        Traces<type##_codec>::formats.at,                                                          \
+        type##_codec::elements.at,                                                                 \
+        pack_routine,                                                                              \
+        type##_routines::measure,                                                                  \
+        unpack_routine,                                                                            \
+    };                                                                                             \
+    char *pack_routine(const void *record, unsigned level, char *out) {                            \
         return type##_routines::write(record, level, out);                                         \
     }                                                                                              \
-    const char *_kvt_txt_unpack_##routine(Input &input, const char *at, void *record,              \
-                                          unsigned level) {                                        \
+    const char *unpack_routine(Input &input, const char *at, void *record, unsigned level) {       \
         return type##_routines::read(input, at, record, level);                                    \
-    }                                                                                              \
+    }
+#endif
+
+#define DEFINE_RECORD(type, pack_routine, unpack_routine, how, levels, ...)                        \
+    KVT_ROWS(type, __VA_ARGS__)                                                                    \
+    KVT_TABLE(type, unpack_routine, how)                                                           \
+    KVT_CODEC(type, pack_routine, unpack_routine, how, levels, __VA_ARGS__)                             \
     static_assert(true)
 // clang-format on
 
-#define RECORD(type, ...) DEFINE_RECORD(type, msg_##type, Reading::plain, 0, __VA_ARGS__)
-#define UNROLLED_RECORD(type, levels, ...)                                                         \
-    DEFINE_RECORD(type, msg_##type, Reading::plain, levels, __VA_ARGS__)
+#define RECORD(type, pack_routine, unpack_routine, ...)                                            \
+    DEFINE_RECORD(type, pack_routine, unpack_routine, Reading::cleared_and_traced, at_levels(),    \
+                  __VA_ARGS__)
+#define UNROLLED_RECORD(type, pack_routine, unpack_routine, levels, ...)                           \
+    DEFINE_RECORD(type, pack_routine, unpack_routine, Reading::cleared_and_traced, levels,         \
+                  __VA_ARGS__)
 
 } // namespace kvt_str

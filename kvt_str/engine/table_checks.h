@@ -86,9 +86,9 @@ template <typename Source> constexpr bool rows_cover_struct() {
            !takes_initializers<typename Source::Type>(std::make_index_sequence<initializers + 1>{});
 }
 
-template <typename Source> constexpr bool owns_heap() {
+template <typename Source> constexpr bool has_pointers() {
     for (const Row &row : Source::rows) {
-        if (row.owns_heap()) {
+        if (row.is_pointer()) {
             return true;
         }
     }

@@ -3,23 +3,27 @@
 // into straight code.
 #pragma once
 
+#include <cstddef>
 #include <type_traits>
 #include <utility>
 
-#include "engine/read.h"
+#include "engine/codec.h"
 #include "engine/read_row.h"
-#include "engine/row.h"
 #include "engine/write.h"
 #include "engine/write_row.h"
 
 namespace kvt_str {
 
-/// A level that a record's steps are unrolled for; several are combined with |.
-constexpr unsigned at_level(unsigned number) {
-    return 1U << number;
-}
+/// The levels that a record's steps are unrolled for.
+template <size_t count> struct Levels {
+    unsigned at[count + 1];
 
-inline constexpr unsigned most_levels = 5;
+    static constexpr size_t size() { return count; }
+};
+
+template <typename... Number> constexpr Levels<sizeof...(Number)> at_levels(Number... number) {
+    return {{static_cast<unsigned>(number)..., 0}};
+}
 
 /// The option KVT_UNROLL of the build; without it every record is walked.
 #ifdef KVT_UNROLL
@@ -28,109 +32,88 @@ inline constexpr bool unrolls = true;
 inline constexpr bool unrolls = false;
 #endif
 
-/// `rows` are those of the finished table of `Type`, and `levels` those to unroll, from at_level.
-template <typename Type, const auto &rows, unsigned levels> struct Routines {
+/// `Source` has the record's type and its finished table, and `levels` those to unroll.
+template <typename Source, auto levels> struct Routines {
+    using Type = typename Source::Type;
+
     static char *write(const void *record, unsigned level, char *out) {
-        char *behind = nullptr;
+        char *end = nullptr;
         const auto unrolled = [&](auto known) KVT_FOLDED_LAMBDA {
-            behind = put<known>(Storing{out}, record).at;
+            end = put<known>(Storing{out}, record, AllRows{}).at;
         };
-        return call_at(level, unrolled) ? behind : write_record(table, record, level, out);
+        return call_at(level, unrolled) ? end : write_record(codec(), record, level, out);
     }
 
     static uint64_t measure(const void *record, unsigned level) {
         uint64_t size = 0;
         const auto unrolled = [&](auto known) KVT_FOLDED_LAMBDA {
-            size = put<known>(Counting{0}, record).size;
+            size = put<known>(Measuring{0}, record, AllRows{}).size;
         };
-        return call_at(level, unrolled) ? size : measure_record(table, record, level);
+        return call_at(level, unrolled) ? size : measure_record(codec(), record, level);
     }
 
     static const char *read(Input &input, const char *at, void *record, unsigned level) {
-        const char *behind = nullptr;
+        const char *end = nullptr;
         const auto unrolled = [&](auto known) KVT_FOLDED_LAMBDA {
-            behind = read_unrolled<known>(input, at, record);
+            end = read_at<known>(input, at, record, AllRows{});
         };
-        return call_at(level, unrolled) ? behind : read_record(table, input, at, record, level);
+        return call_at(level, unrolled) ? end : read_record(codec(), input, at, record, level);
     }
 
 private:
-    static_assert(levels >> most_levels == 0, "raise most_levels");
-
-    static constexpr const Record &table = RecordOf<Type>::table;
+    static constexpr const Codec &codec() { return CodecOf<Type>::codec; }
 
     /// Calls a step with the level as a constant, when it is one of those that are unrolled.
     template <typename Step> KVT_FOLDED static bool call_at(unsigned level, const Step &step) {
-        return call_at(level, step, std::make_integer_sequence<unsigned, most_levels>{});
-    }
-
-    template <typename Step, unsigned... known>
-    KVT_FOLDED static bool call_at(unsigned level, const Step &step,
-                                   std::integer_sequence<unsigned, known...> /*all*/) {
-        return (call_known<known>(level, step) || ...);
-    }
-
-    template <unsigned known, typename Step>
-    KVT_FOLDED static bool call_known(unsigned level, const Step &step) {
-        if constexpr (unrolls && (levels & at_level(known)) != 0) {
-            if (level == known) {
-                step(std::integral_constant<unsigned, known>{});
-                return true;
-            }
+        return [&]<size_t... i>(std::index_sequence<i...> /*all*/) KVT_FOLDED_LAMBDA {
+            return ((level == levels.at[i] &&
+                     (step(std::integral_constant<unsigned, levels.at[i]>{}), true)) ||
+                    ...);
         }
-        return false;
+        (std::make_index_sequence < unrolls ? levels.size() : 0 > {});
     }
 
-    template <unsigned level, typename Out> KVT_FOLDED static Out put(Out out, const void *record) {
-        for_each_row([&](const Row &row)
-                         KVT_FOLDED_LAMBDA { out = put_row(out, row, level + 1, record); });
+    using AllRows = std::make_index_sequence<Source::Table::row_count>;
+
+    template <size_t i> static constexpr const Row &row = Source::Table::numbered.at[i];
+
+    template <unsigned level, typename Out, size_t... i>
+    KVT_FOLDED static Out put(Out out, const void *record, std::index_sequence<i...> /*all*/) {
+        ((out = put_row(out, codec(), row<i>, level + 1, record)), ...);
         out.put_label(closing_label, indent_of(level));
         return out;
     }
 
-    template <unsigned level>
-    KVT_FOLDED static const char *read_unrolled(Input &input, const char *at, void *record) {
-        clear_record(table, record);
-        Progress progress;
+    template <unsigned level, size_t... i>
+    KVT_FOLDED static const char *read_at(Input &input, const char *at, void *record,
+                                          std::index_sequence<i...> /*all*/) {
+        clear_record(codec(), record);
+        BlockReader block(input, codec(), record, level);
         const char *start = at;
-        if (is_straight_path_open()) {
-            const StraightBlock block{input, input.text, record, level + 1};
-            for_each_row([&](const Row &row)
-                             KVT_FOLDED_LAMBDA { at = take_straight(block, row, at, progress); });
-            const char *behind = behind_label(block.text, closing_label, at, indent_of(level));
-            if (behind != nullptr && counts_are_true(record, progress.heap)) {
-                return behind;
+        if (!block.is_traced) {
+            ((at = read_row(block, row<i>, at, Form::canonical)), ...);
+            const char *end = block.after_closing_line(at);
+            if (end != nullptr && (count_is_true(block, row<i>) && ...)) {
+                return end;
             }
         }
-        // Where no row makes a progress, a new one is as good: then the straight path keeps none.
-        return read_rest(table, input, at, record, level, makes_progress() ? progress : Progress(),
-                         at == start);
-    }
-
-    static constexpr bool makes_progress() {
-        for (const Row &row : rows) {
-            if (row.counts_elements() || row.has(shared_value)) {
-                return true;
-            }
+        // Another one goes on, so that this one stays in registers.
+        BlockReader rest(input, codec(), record, level);
+        if constexpr ((makes_progress(row<i>) || ...)) {
+            rest.progress = block.progress;
         }
-        return false;
+        return rest.read_lines(at, at == start);
     }
 
-    /// Every count is the number of elements that were read.
-    KVT_FOLDED static bool counts_are_true(const void *record, const CountedArrays &heap) {
-        bool all = true;
-        for_each_row([&](const Row &row) KVT_FOLDED_LAMBDA {
-            all &= !row.counts_elements() ||
-                   load_count(row, record) == heap.elements[row.counted_index];
-        });
-        return all;
+    /// The step of the row leaves something in BlockReader::progress.
+    static constexpr bool makes_progress(const Row &of) {
+        return of.counts_elements() || of.has(shared_value);
     }
 
-    template <typename Step> KVT_FOLDED static void for_each_row(const Step &step) {
-        [&]<size_t... i>(std::index_sequence<i...>) KVT_FOLDED_LAMBDA {
-            (step(rows[i]), ...);
-        }
-        (std::make_index_sequence<rows.size()>{});
+    /// The count of a row, where it has one, is the number of elements that were read.
+    KVT_FOLDED static bool count_is_true(const BlockReader &block, const Row &of) {
+        return !of.counts_elements() ||
+               load_count(of, block.record) == block.progress.true_counts.of(of).elements;
     }
 };
 

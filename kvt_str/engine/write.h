@@ -3,14 +3,14 @@
 
 #include <cstdint>
 
-#include "engine/row.h"
+#include "engine/codec.h"
 
 namespace kvt_str {
 
 /// Writes a record as PackRoutine says.
-char *write_record(const Record &table, const void *record, unsigned level, char *out);
+char *write_record(const Codec &codec, const void *record, unsigned level, char *out);
 
 /// Measures it as MeasureRoutine says.
-uint64_t measure_record(const Record &table, const void *record, unsigned level);
+uint64_t measure_record(const Codec &codec, const void *record, unsigned level);
 
 } // namespace kvt_str

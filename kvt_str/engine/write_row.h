@@ -6,8 +6,8 @@
 
 #include <cstring>
 
+#include "engine/codec.h"
 #include "engine/member.h"
-#include "engine/row.h"
 #include "text/number.h"
 #include "text/real.h"
 #include "text/words.h"
@@ -35,13 +35,13 @@ struct Storing {
         at = put_number_line(at, number);
     }
 
-    KVT_FOLDED void put_block(const Record &table, const void *record, unsigned level) {
-        at = table.pack(record, level, at);
+    KVT_FOLDED void put_block(const Codec &codec, const void *record, unsigned level) {
+        at = codec.pack(record, level, at);
     }
 };
 
-/// Counts them.
-struct Counting {
+/// Measures how many they are.
+struct Measuring {
     uint64_t size;
 
     KVT_FOLDED void put_label(const Label &label, unsigned indent) {
@@ -56,8 +56,8 @@ struct Counting {
         size += count_digits(number) + 1;
     }
 
-    KVT_FOLDED void put_block(const Record &table, const void *record, unsigned level) {
-        size += table.measure(record, level);
+    KVT_FOLDED void put_block(const Codec &codec, const void *record, unsigned level) {
+        size += codec.measure(record, level);
     }
 };
 
@@ -123,7 +123,20 @@ KVT_FOLDED Out put_numbers(Out out, const Row &row, unsigned indent, const void 
 }
 
 template <typename Out>
-KVT_FOLDED Out put_bytes(Out out, const Row &row, unsigned indent, const char *bytes) {
+KVT_FOLDED Out _kvt_txt_pack_primptr_uint32_t(Out out, const Row &row, unsigned indent,
+                                              const void *record) {
+    return put_numbers<uint32_t>(out, row, indent, record);
+}
+
+template <typename Out>
+KVT_FOLDED Out _kvt_txt_pack_primptr_uint64_t(Out out, const Row &row, unsigned indent,
+                                              const void *record) {
+    return put_numbers<uint64_t>(out, row, indent, record);
+}
+
+template <typename Out>
+KVT_FOLDED Out _kvt_txt_pack_primarray_uint8_t(Out out, const Row &row, unsigned indent,
+                                               const char *bytes) {
     for (unsigned i = 0; i < row.capacity; ++i) {
         const auto byte = load<uint8_t>(bytes + i);
         if (byte == row.terminator) {
@@ -136,36 +149,40 @@ KVT_FOLDED Out put_bytes(Out out, const Row &row, unsigned indent, const char *b
 }
 
 template <typename Out>
-KVT_FOLDED Out put_elements(Out out, const Row &row, unsigned level, const char *elements,
-                            uint64_t count) {
+KVT_FOLDED Out put_elements(Out out, const Codec &codec, const Row &row, unsigned level,
+                            const char *elements, uint64_t count) {
+    const Codec &element = codec.element_of(row);
     for (uint64_t i = 0; i < count; ++i) {
         out.put_label(row.label, indent_of(level));
-        out.put_block(*row.element, elements + i * row.element->size, level);
+        out.put_block(element, elements + i * element.size, level);
     }
     return out;
 }
 
 template <typename Out>
-KVT_FOLDED Out put_run(Out out, const Row &row, unsigned level, const void *record) {
+KVT_FOLDED Out put_run(Out out, const Codec &codec, const Row &row, unsigned level,
+                       const void *record) {
     const char *elements = load<const char *>(member_of(row, record));
     if (elements == nullptr) {
         return out;
     }
     const uint64_t count = load_count(row, record);
-    return put_elements(out, row, level, elements,
+    return put_elements(out, codec, row, level, elements,
                         row.has(low_32_bits) ? static_cast<uint32_t>(count) : count);
 }
 
 template <typename Out>
-KVT_FOLDED Out put_slots(Out out, const Row &row, unsigned level, const void *record) {
+KVT_FOLDED Out put_slots(Out out, const Codec &codec, const Row &row, unsigned level,
+                         const void *record) {
     const uint64_t in_use = load_count(row, record);
-    return put_elements(out, row, level, member_of(row, record),
+    return put_elements(out, codec, row, level, member_of(row, record),
                         in_use < row.capacity ? in_use : row.capacity);
 }
 
-/// Puts the lines of a row, which stand at `level`.
+/// Puts the lines of a row of a codec's table, which stand at `level`.
 template <typename Out>
-KVT_FOLDED Out put_row(Out out, const Row &row, unsigned level, const void *record) {
+KVT_FOLDED Out put_row(Out out, const Codec &codec, const Row &row, unsigned level,
+                       const void *record) {
     const char *member = member_of(row, record);
     const unsigned indent = indent_of(level);
     switch (row.kind) {
@@ -190,17 +207,17 @@ KVT_FOLDED Out put_row(Out out, const Row &row, unsigned level, const void *reco
     case RowKind::array16:
         return put_numbers<uint16_t>(out, row, indent, record);
     case RowKind::array32:
-        return put_numbers<uint32_t>(out, row, indent, record);
+        return _kvt_txt_pack_primptr_uint32_t(out, row, indent, record);
     case RowKind::array64:
-        return put_numbers<uint64_t>(out, row, indent, record);
+        return _kvt_txt_pack_primptr_uint64_t(out, row, indent, record);
     case RowKind::bytes:
-        return put_bytes(out, row, indent, member);
+        return _kvt_txt_pack_primarray_uint8_t(out, row, indent, member);
     case RowKind::block:
-        return put_elements(out, row, level, member, 1);
+        return put_elements(out, codec, row, level, member, 1);
     case RowKind::run:
-        return put_run(out, row, level, record);
+        return put_run(out, codec, row, level, record);
     case RowKind::slots:
-        return put_slots(out, row, level, record);
+        return put_slots(out, codec, row, level, record);
     }
     return out; // not reached: each kind has its case
 }

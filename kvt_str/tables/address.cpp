@@ -7,11 +7,15 @@ namespace kvt_str {
 // The InfiniBand address records, used with the layout that the verbs headers give them. Numbers are
 // written and read as they lie in memory, without a change of byte order. Their readers trace
 // nothing, and do not clear: a second block of the same name goes on where the first one ended.
-DEFINE_RECORD(ibv_gid, union_ibv_gid, Reading::untraced_merge, at_level(3) | at_level(4),
+DEFINE_RECORD(ibv_gid,
+    _kvt_txt_pack_union_ibv_gid, _kvt_txt_unpack_union_ibv_gid,
+    Reading::merged_and_untraced, at_levels(3, 4),
     FIELD_AS("subnet_prefix", global.subnet_prefix, shared_value),
     FIELD_AS("guid", global.interface_id, shared_value));
 
-DEFINE_RECORD(ibv_sa_path_rec, struct_ibv_sa_path_rec, Reading::untraced_merge, at_level(3),
+DEFINE_RECORD(ibv_sa_path_rec,
+    _kvt_txt_pack_struct_ibv_sa_path_rec, _kvt_txt_unpack_struct_ibv_sa_path_rec,
+    Reading::merged_and_untraced, at_levels(3),
     BLOCK(dgid),
     BLOCK(sgid),
     FIELD(dlid),

@@ -4,13 +4,17 @@
 namespace kvt_str {
 
 // clang-format off
-UNROLLED_RECORD(vemra_sd_info, at_level(2),
+UNROLLED_RECORD(vemra_sd_info,
+    _kvt_txt_pack_msg_vemra_sd_info, _kvt_txt_unpack_msg_vemra_sd_info,
+    at_levels(2),
     FIELD(version),
     FIELD(vemrad_id),
     FIELD(addr_type),
     FIELD(addr));
 
-UNROLLED_RECORD(vemra_tree, at_level(2),
+UNROLLED_RECORD(vemra_tree,
+    _kvt_txt_pack_msg_vemra_tree, _kvt_txt_unpack_msg_vemra_tree,
+    at_levels(2),
     FIELD(feature_mask),
     FIELD(tree_id),
     FIELD(peer_tree_id),
@@ -20,21 +24,27 @@ UNROLLED_RECORD(vemra_tree, at_level(2),
     BLOCK(quota),
     FIELD(control_path_version));
 
-UNROLLED_RECORD(vemra_tree_conn, at_level(2),
+UNROLLED_RECORD(vemra_tree_conn,
+    _kvt_txt_pack_msg_vemra_tree_conn, _kvt_txt_unpack_msg_vemra_tree_conn,
+    at_levels(2),
     FIELD(tree_id),
     FIELD(vemrad_id),
     BYTES(qp_child_idxs, 255, clear_at_run),
     BLOCK(pr_sd_to_an),
     BLOCK(pr_an_to_sd));
 
-UNROLLED_RECORD(vemra_tree_an, at_level(2),
+UNROLLED_RECORD(vemra_tree_an,
+    _kvt_txt_pack_msg_vemra_tree_an, _kvt_txt_unpack_msg_vemra_tree_an,
+    at_levels(2),
     FIELD(guid),
     FIELD(lid),
     FIELD(tree_id),
     FIELD(an_id),
     FIELD(parent_an_id));
 
-UNROLLED_RECORD(vemra_qpc_options, at_level(2),
+UNROLLED_RECORD(vemra_qpc_options,
+    _kvt_txt_pack_msg_vemra_qpc_options, _kvt_txt_unpack_msg_vemra_qpc_options,
+    at_levels(2),
     FIELD(qkey),
     FIELD(flow_label),
     FIELD(pkey),
@@ -45,7 +55,9 @@ UNROLLED_RECORD(vemra_qpc_options, at_level(2),
     FIELD(local_ack_timeout),
     FIELD(timeout_retry_limit));
 
-UNROLLED_RECORD(vemra_job_data, at_level(1),
+UNROLLED_RECORD(vemra_job_data,
+    _kvt_txt_pack_msg_vemra_job_data, _kvt_txt_unpack_msg_vemra_job_data,
+    at_levels(1),
     FIELD(job_id),
     FIELD(master_vemrad_id),
     FIELD(vemra_job_id),

@@ -5,9 +5,12 @@ namespace kvt_str {
 
 // clang-format off
 RECORD(vemra_mgmt_job_info_list_request,
+    _kvt_txt_pack_msg_vemra_mgmt_job_info_list_request,
+    _kvt_txt_unpack_msg_vemra_mgmt_job_info_list_request,
     BYTES(reserved, 0));
 
 RECORD(vemra_mgmt_job_info,
+    _kvt_txt_pack_msg_vemra_mgmt_job_info, _kvt_txt_unpack_msg_vemra_mgmt_job_info,
     FIELD(allocation_id),
     FIELD(external_job_id),
     FIELD(vemra_job_id),
@@ -18,10 +21,12 @@ RECORD(vemra_mgmt_job_info,
     FIELD(reservation_id));
 
 RECORD(vemra_mgmt_job_info_list,
+    _kvt_txt_pack_msg_vemra_mgmt_job_info_list, _kvt_txt_unpack_msg_vemra_mgmt_job_info_list,
     FIELD(job_list_len),
     RUN(job_list, job_list_len));
 
 RECORD(persistent_job_info,
+    _kvt_txt_pack_msg_persistent_job_info, _kvt_txt_unpack_msg_persistent_job_info,
     FIELD(version),
     FIELD(job_id),
     FIELD(vemra_job_id),

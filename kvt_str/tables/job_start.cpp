@@ -4,14 +4,18 @@
 namespace kvt_str {
 
 // clang-format off
-UNROLLED_RECORD(vemra_quota, at_level(2) | at_level(3),
+UNROLLED_RECORD(vemra_quota,
+    _kvt_txt_pack_msg_vemra_quota, _kvt_txt_unpack_msg_vemra_quota,
+    at_levels(2, 3),
     FIELD(max_osts),
     FIELD(user_data_per_ost),
     FIELD(max_buffers),
     FIELD(max_groups),
     FIELD(max_qps));
 
-UNROLLED_RECORD(vemra_begin_job, at_level(1),
+UNROLLED_RECORD(vemra_begin_job,
+    _kvt_txt_pack_msg_vemra_begin_job, _kvt_txt_unpack_msg_vemra_begin_job,
+    at_levels(1),
     FIELD(job_id),
     FIELD(uid),
     FIELD(priority),

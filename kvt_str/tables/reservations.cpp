@@ -5,6 +5,7 @@ namespace kvt_str {
 
 // clang-format off
 RECORD(vemra_reservation_resources,
+    _kvt_txt_pack_msg_vemra_reservation_resources, _kvt_txt_unpack_msg_vemra_reservation_resources,
     FIELD(num_osts),
     FIELD(num_groups),
     FIELD(num_qps),
@@ -15,6 +16,7 @@ RECORD(vemra_reservation_resources,
     FIELD(sat));
 
 RECORD(vemra_create_reservation,
+    _kvt_txt_pack_msg_vemra_create_reservation, _kvt_txt_unpack_msg_vemra_create_reservation,
     FIELD(reservation_id),
     FIELD(pkey),
     FIELD(num_guids),
@@ -22,14 +24,18 @@ RECORD(vemra_create_reservation,
     BLOCK(resources));
 
 RECORD(vemra_delete_reservation,
+    _kvt_txt_pack_msg_vemra_delete_reservation, _kvt_txt_unpack_msg_vemra_delete_reservation,
     FIELD(reservation_id),
     FIELD(force_delete));
 
 RECORD(vemra_reservation_info_request,
+    _kvt_txt_pack_msg_vemra_reservation_info_request,
+    _kvt_txt_unpack_msg_vemra_reservation_info_request,
     FIELD(reservation_id),
     FIELD(full_info));
 
 RECORD(vemra_reservation_info,
+    _kvt_txt_pack_msg_vemra_reservation_info, _kvt_txt_unpack_msg_vemra_reservation_info,
     FIELD(reservation_id),
     FIELD(pkey),
     FIELD(state, always),
@@ -38,6 +44,7 @@ RECORD(vemra_reservation_info,
     BLOCK(resources));
 
 RECORD(vemra_reservation_info_list,
+    _kvt_txt_pack_msg_vemra_reservation_info_list, _kvt_txt_unpack_msg_vemra_reservation_info_list,
     FIELD(reservation_list_len),
     RUN(reservation_list, reservation_list_len, low_32_bits),
     FIELD(status, always));

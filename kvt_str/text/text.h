@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "text/digits.h"
+#include "text/folded.h"
 #include "text/scanner.h"
 
 namespace kvt_str {
@@ -62,7 +63,7 @@ public:
     }
 
     /// As skip_blanks of the scanner, and faster for the indentation of a line.
-    const char *skip_blanks(const char *at) const {
+    KVT_FOLDED const char *skip_blanks(const char *at) const {
         if (has(at, 8)) {
             at += std::countr_zero(load_eight(at) ^ in_each_byte(' ')) / 8;
         }

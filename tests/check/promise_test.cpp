@@ -8,7 +8,7 @@
 
 #include "kvt/kvt_check.h"
 #include "kvt/kvt_str.h"
-#include "message_table.h"
+#include "message_kinds.h"
 #include "support/check_promise.h"
 #include "support/messages.h"
 #include "support/mutations.h"

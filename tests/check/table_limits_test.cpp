@@ -3,8 +3,8 @@
 
 #include <string_view>
 
-#include "engine/read_arrays.h"
-#include "message_table.h"
+#include "engine/text_limits.h"
+#include "message_kinds.h"
 #include "support/tables.h"
 
 namespace kvt_test {

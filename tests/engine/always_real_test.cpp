@@ -18,11 +18,13 @@ typedef struct test_share {
 namespace kvt_str {
 
 template <> const Record RecordOf<test_share>::table;
+template <> const Codec CodecOf<test_share>::codec;
 PackRoutine _kvt_txt_pack_msg_test_share;
 UnpackRoutine _kvt_txt_unpack_msg_test_share;
 
 // clang-format off
 RECORD(test_share,
+    _kvt_txt_pack_msg_test_share, _kvt_txt_unpack_msg_test_share,
     FIELD(share, always),
     FIELD(rest));
 // clang-format on
@@ -35,13 +37,13 @@ namespace {
 using namespace kvt_str;
 
 TEST(Floats, AreWrittenWhenZeroWhereTheRowSaysSo) {
-    const Record &table = RecordOf<test_share>::table;
+    const Codec &codec = CodecOf<test_share>::codec;
     const test_share zeros = {0.0F, 0.0F};
-    EXPECT_EQ(write_block(table, &zeros, 1), "  some_block {\n    share: 0\n  }\n");
+    EXPECT_EQ(write_block(codec, &zeros, 1), "  some_block {\n    share: 0\n  }\n");
     const test_share negative = {-0.0F, -0.0F};
-    EXPECT_EQ(write_block(table, &negative, 1), "  some_block {\n    share: -0\n  }\n");
+    EXPECT_EQ(write_block(codec, &negative, 1), "  some_block {\n    share: -0\n  }\n");
     const test_share both = {12.5F, 0.25F};
-    EXPECT_EQ(write_block(table, &both, 1),
+    EXPECT_EQ(write_block(codec, &both, 1),
               "  some_block {\n    share: 12.5\n    rest: 0.25\n  }\n");
 }
 
@@ -51,7 +53,7 @@ TEST(Floats, AreReadBackAsZeroWhereTheyAreWritten) {
     share->share = 1.0F;
     const auto text = exact_copy("    share: -0\n  }\n");
     Input input{Text(text.get()), Counts::as_read};
-    RecordOf<test_share>::table.unpack(input, text.get(), share, 1);
+    CodecOf<test_share>::codec.unpack(input, text.get(), share, 1);
     EXPECT_EQ(share->share, 0.0F);
     EXPECT_TRUE(std::signbit(share->share));
 }

@@ -25,7 +25,7 @@ TEST(JoinedStrings, TraceFiftyCharactersOfALongValueThatCouldNotBeAdded) {
         watch.fail(0);
         const LogCapture log;
         Input input{Text(text.get()), Counts::as_read};
-        RecordOf<test_everything>::table.unpack(input, text.get(), record.get(), 1);
+        CodecOf<test_everything>::codec.unpack(input, text.get(), record.get(), 1);
         ASSERT_EQ(log.texts().size(), 2U);
         EXPECT_TRUE(log.texts()[0].ends_with(", value[" + value.substr(0, 50) + "]\n"))
             << log.texts()[0];

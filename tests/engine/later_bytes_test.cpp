@@ -26,7 +26,7 @@ TEST(ByteArrays, AreClearedByALaterRunOfAnyFormOnlyWhereTheRowSaysSo) {
         OwnedRecord record(RecordOf<test_everything>::table);
         const auto text = exact_copy(lines + "  }\n");
         Input input{Text(text.get()), Counts::as_read};
-        RecordOf<test_everything>::table.unpack(input, text.get(), record.get(), 1);
+        CodecOf<test_everything>::codec.unpack(input, text.get(), record.get(), 1);
         const auto *read = record.as<test_everything>();
         EXPECT_EQ(read->indexes[0], 9U);
         EXPECT_EQ(read->indexes[1], 0U);

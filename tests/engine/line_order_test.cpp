@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "support/codecs.h"
 #include "support/exact_copy.h"
 #include "support/literal_codec.h"
 #include "support/random_records.h"
@@ -70,7 +71,7 @@ TEST(LineOrder, RandomRecordsAreTheSameFromTheirLinesTheOtherWayRound) {
             const auto copy = exact_copy(text);
             OwnedRecord again(*table);
             Input input{Text(copy.get()), Counts::as_read};
-            table->unpack(input, kvt_str::after_newline(copy.get()), again.get(), 1);
+            codec_of(*table).unpack(input, kvt_str::after_newline(copy.get()), again.get(), 1);
             ASSERT_EQ(first_difference(*table, record.get(), again.get()), "") << text;
         }
     }

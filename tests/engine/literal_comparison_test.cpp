@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "engine/release.h"
+#include "support/codecs.h"
 #include "support/exact_copy.h"
 #include "support/literal_codec.h"
 #include "support/log_capture.h"
@@ -44,7 +45,7 @@ Reading read(const Record &table, const char *text, const Way &way) {
         behind = literal_read(table, text, reading.record, way.counts);
     } else {
         Input input{Text(text), way.counts};
-        behind = table.unpack(input, after_newline(text), reading.record, 1);
+        behind = codec_of(table).unpack(input, after_newline(text), reading.record, 1);
         behind = skip_blanks(behind);
     }
     reading.stops_at = behind - text;
@@ -151,7 +152,7 @@ TEST(AgainstTheLiteralForm, RandomRecordsSurviveWritingAndReading) {
             const auto text = exact_copy(literal_write(*table, record.get(), "some_block", 1));
             OwnedRecord again(*table);
             Input input{Text(text.get()), Counts::as_read};
-            const char *behind = table->unpack(input, after_newline(text.get()), again.get(), 1);
+            const char *behind = codec_of(*table).unpack(input, after_newline(text.get()), again.get(), 1);
             ASSERT_EQ(*behind, '\0');
             ASSERT_EQ(first_difference(*table, record.get(), again.get()), "")
                 << table->name << "\n"

@@ -17,7 +17,7 @@ TEST(OwnsMemory, IsTrueOfARecordWithAStringAnArrayOrARun) {
 }
 
 TEST(OwnsMemory, IsTrueOfARecordWhoseInnerRecordDoes) {
-    EXPECT_FALSE(RecordOf<vemra_sm_data>::table.owns_heap);
+    EXPECT_FALSE(RecordOf<vemra_sm_data>::table.has_pointers);
     EXPECT_TRUE(owns_memory(RecordOf<vemra_sm_data>::table));
 }
 

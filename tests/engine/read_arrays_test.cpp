@@ -4,7 +4,7 @@
 #include <cstring>
 #include <string>
 
-#include "engine/read_arrays.h"
+#include "engine/read_row.h"
 #include "engine/release.h"
 #include "support/exact_copy.h"
 #include "support/log_capture.h"
@@ -26,7 +26,7 @@ public:
         : record_(RecordOf<Type>::table) {
         const auto text = exact_copy("block {\n" + lines + "}\n");
         Input input{Text(text.get()), counts};
-        RecordOf<Type>::table.unpack(input, after_newline(text.get()), record_.get(), 1);
+        CodecOf<Type>::codec.unpack(input, after_newline(text.get()), record_.get(), 1);
     }
 
     Type *operator->() { return record_.template as<Type>(); }
@@ -312,7 +312,8 @@ TEST(CharacterArrays, AnotherKeyClearsThemAndStaysWhereItIs) {
     }
     const auto text = exact_copy("name: \"a\"\n");
     Input input{Text(text.get()), Counts::as_read};
-    EXPECT_EQ(_kvt_txt_unpack_primarray_char(input, *row, text.get(), everything), text.get());
+    BlockReader block(input, CodecOf<test_everything>::codec, everything, 1);
+    EXPECT_EQ(_kvt_txt_unpack_primarray_char(block, *row, text.get(), Form::general), text.get());
     EXPECT_EQ(std::string(everything->text, sizeof everything->text), std::string(64, '\0'));
     EXPECT_EQ(log.texts(), (std::vector<std::string>{
                                "_kvt_txt_unpack_primarray_char strncmp ret not 0, key[text] "

@@ -23,7 +23,7 @@ public:
         : text_(exact_copy("block {\n" + lines + "}\n")) {
         Input input{Text(text_.get()), counts};
         record_ = static_cast<Type *>(std::calloc(1, sizeof(Type)));
-        RecordOf<Type>::table.unpack(input, after_newline(text_.get()), record_, 1);
+        CodecOf<Type>::codec.unpack(input, after_newline(text_.get()), record_, 1);
     }
 
     ~Broken() {

@@ -4,7 +4,7 @@
 #include <algorithm>
 
 #include "engine/release.h"
-#include "message_table.h"
+#include "message_kinds.h"
 #include "support/tables.h"
 
 namespace kvt_test {
@@ -51,7 +51,7 @@ TEST(Tables, ElementsOfRunsAreCleared) {
     for_each_table([](const Record &table, unsigned /*level*/) {
         for (const Row &row : table.rows) {
             if (row.kind == RowKind::run) {
-                EXPECT_EQ(row.element->reading, Reading::plain) << table.name;
+                EXPECT_EQ(row.element->reading, Reading::cleared_and_traced) << table.name;
             }
         }
     });
@@ -67,7 +67,7 @@ TEST(Tables, ArraysOfNestedBlocksHoldNothingThatOwnsMemory) {
             }
             for (const Row &inner : row.element->rows) {
                 if (inner.element != nullptr) {
-                    EXPECT_FALSE(inner.element->owns_heap) << table.name;
+                    EXPECT_FALSE(inner.element->has_pointers) << table.name;
                 }
             }
         }
@@ -100,7 +100,7 @@ TEST(Tables, RunsOfOwningElementsNestNoDeeperThanTwice) {
 TEST(Tables, SlotsOwnNothing) {
     for_each_table([](const Record &table, unsigned /*level*/) {
         for (const Row &row : table.rows) {
-            EXPECT_FALSE(row.kind == RowKind::slots && row.element->owns_heap) << table.name;
+            EXPECT_FALSE(row.kind == RowKind::slots && row.element->has_pointers) << table.name;
         }
     });
 }
@@ -108,7 +108,7 @@ TEST(Tables, SlotsOwnNothing) {
 // Records that are not cleared before they are read must own nothing either.
 TEST(Tables, RecordsThatAreNotClearedOwnNothing) {
     for_each_table([](const Record &table, unsigned /*level*/) {
-        EXPECT_FALSE(table.reading == Reading::untraced_merge && table.owns_heap) << table.name;
+        EXPECT_FALSE(table.reading == Reading::merged_and_untraced && table.has_pointers) << table.name;
     });
 }
 

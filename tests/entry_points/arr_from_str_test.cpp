@@ -5,7 +5,7 @@
 #include <cstring>
 
 #include "kvt/messages/job_control.h"
-#include "message_table.h"
+#include "message_kinds.h"
 #include "support/exact_copy.h"
 #include "support/log_capture.h"
 #include "support/memory_watch.h"

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "kvt/messages/job_control.h"
-#include "message_table.h"
+#include "message_kinds.h"
 #include "support/exact_copy.h"
 #include "support/log_capture.h"
 #include "support/memory_watch.h"

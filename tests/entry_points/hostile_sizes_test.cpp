@@ -9,7 +9,7 @@
 
 #include "kvt/kvt_str.h"
 #include "kvt/message_layer.h"
-#include "message_table.h"
+#include "message_kinds.h"
 #include "support/exact_copy.h"
 #include "text/scanner.h"
 

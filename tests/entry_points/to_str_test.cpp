@@ -5,7 +5,7 @@
 
 #include "kvt/messages/job_control.h"
 #include "kvt/messages/topology.h"
-#include "message_table.h"
+#include "message_kinds.h"
 #include "support/log_capture.h"
 #include "support/memory_watch.h"
 #include "support/messages.h"
@@ -111,7 +111,7 @@ TEST(ToStr, LogLinesNameTheSourceFileWithoutItsFolder) {
     LogCapture log(0);
     kvt_msg_to_str(VEMRA_MSG_TYPE_END_JOB, nullptr, nullptr);
     kvt_str_get_buf_size(VEMRA_MSG_TYPE_END_JOB, nullptr);
-    EXPECT_EQ(log.files(), (std::vector<std::string>{"kvt_str.cpp", "kvt_str.cpp"}));
+    EXPECT_EQ(log.files(), (std::vector<std::string>{"write_message.cpp", "write_message.cpp"}));
 }
 
 TEST(ToStr, ANullArrayWithACountWritesTheCountAndNoElements) {

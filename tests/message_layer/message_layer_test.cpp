@@ -5,7 +5,7 @@
 
 #include "kvt/messages/events.h"
 #include "kvt/messages/job_start.h"
-#include "message_table.h"
+#include "message_kinds.h"
 #include "support/memory_watch.h"
 #include "support/messages.h"
 #include "support/random_records.h"

@@ -11,7 +11,7 @@
 #include "kvt/kvt_check.h"
 #include "kvt/kvt_str.h"
 #include "kvt/message_layer.h"
-#include "message_table.h"
+#include "message_kinds.h"
 #include "support/exact_copy.h"
 #include "support/memory_watch.h"
 #include "support/messages.h"

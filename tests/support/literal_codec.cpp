@@ -9,7 +9,7 @@
 #include <cstring>
 #include <vector>
 
-#include "engine/read_arrays.h"
+#include "engine/settle_counts.h"
 #include "engine/release.h"
 #include "kvt/kvt_str.h"
 #include "kvt/message_layer.h"
@@ -112,12 +112,16 @@ public:
         : table_(table), record_(record), counts_mode_(counts) {}
 
     const char *read(const char *at) {
-        if (table_.reading == Reading::plain) {
+        if (table_.reading == Reading::cleared_and_traced) {
             std::memset(record_, 0, table_.size);
         }
         at = read_lines(next(at));
         if (counts_mode_ == Counts::agree) {
-            make_counts_agree(table_, record_, heap_);
+            for (const Row &row : table_.rows) {
+                if (row.counts_elements()) {
+                    make_count_agree(row, record_, elements_[row.counted_index]);
+                }
+            }
         }
         return at;
     }
@@ -142,7 +146,7 @@ private:
         if (check_end_msg(at) == 1) {
             return at;
         }
-        if (table_.reading == Reading::plain) {
+        if (table_.reading == Reading::cleared_and_traced) {
             say(table_.reader, std::string(table_.reader) + " mismatch, txt_msg[%.50s]\n", at);
         }
         return check_start_msg(at) == 1 ? find_end_msg(at) : next(at);
@@ -188,7 +192,7 @@ private:
         case RowKind::bytes:
             return read_bytes(row, at);
         case RowKind::block:
-            if (row.element->owns_heap) {
+            if (row.element->has_pointers) {
                 release_members(*row.element, member);
             }
             return literal_read(*row.element, at, member, counts_mode_);
@@ -201,7 +205,7 @@ private:
     }
 
     void say_value(const Row &row, unsigned value) {
-        if (table_.reading == Reading::plain) {
+        if (table_.reading == Reading::cleared_and_traced) {
             say(table_.reader, std::string(table_.reader) + " p_msg->" + key_of(row) + "[0x%x]\n",
                 value);
         }
@@ -378,19 +382,19 @@ private:
     void replace(const Row &row, void *block, uint64_t count) {
         void *earlier = get<void *>(at_offset(record_, row.offset));
         if (row.kind == RowKind::run) {
-            release_elements(*row.element, earlier, 0, heap_.elements[row.counted_index]);
+            release_elements(*row.element, earlier, 0, elements_[row.counted_index]);
         }
         std::free(earlier);
         put(at_offset(record_, row.offset), block);
         put_number(at_offset(record_, row.count_offset), row.count_width, count);
-        heap_.elements[row.counted_index] = count;
+        elements_[row.counted_index] = count;
     }
 
     const Record &table_;
     void *record_;
     uint64_t shared_ = 0;
     Counts counts_mode_;
-    CountedArrays heap_;
+    uint64_t elements_[most_counted_rows] = {}; // of the arrays and runs that were read
 };
 
 __attribute__((format(printf, 1, 2))) std::string print(const char *format, ...) {

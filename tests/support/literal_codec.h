@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "engine/row.h"
+#include "engine/codec.h"
 
 namespace kvt_test {
 

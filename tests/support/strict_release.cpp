@@ -5,7 +5,7 @@
 
 #include "engine/element_size.h"
 #include "engine/member.h"
-#include "message_table.h"
+#include "message_kinds.h"
 
 extern "C" void __real_kvt_msg_release(int32_t msg_type, void *msg);
 

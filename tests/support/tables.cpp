@@ -1,10 +1,11 @@
+#include "support/codecs.h"
 #include "support/tables.h"
 
 #include <gtest/gtest.h>
 
 #include <memory>
 
-#include "message_table.h"
+#include "message_kinds.h"
 #include "support/test_records.h"
 
 namespace kvt_test {
@@ -24,14 +25,18 @@ std::vector<const kvt_str::Record *> all_tables() {
     return tables;
 }
 
-std::string write_block(const kvt_str::Record &table, const void *record, unsigned level) {
+std::string write_block(const kvt_str::Codec &codec, const void *record, unsigned level) {
     const std::string opening = std::string(2 * level, ' ') + "some_block {\n";
-    const size_t size = opening.size() + table.measure(record, level);
+    const size_t size = opening.size() + codec.measure(record, level);
     const std::unique_ptr<char[]> text(new char[size + 1]);
     opening.copy(text.get(), opening.size());
-    const char *behind = table.pack(record, level, text.get() + opening.size());
-    EXPECT_EQ(behind, text.get() + size) << table.name;
-    return {static_cast<const char *>(text.get()), behind};
+    const char *end = codec.pack(record, level, text.get() + opening.size());
+    EXPECT_EQ(end, text.get() + size) << codec.name;
+    return {static_cast<const char *>(text.get()), end};
+}
+
+std::string write_block(const kvt_str::Record &table, const void *record, unsigned level) {
+    return write_block(codec_of(table), record, level);
 }
 
 } // namespace kvt_test

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "engine/row.h"
+#include "engine/codec.h"
 
 namespace kvt_test {
 
@@ -13,6 +13,7 @@ std::vector<const kvt_str::Record *> all_tables();
 
 /// Writes a record as the block "some_block" of a level, into a buffer of exactly the size that is
 /// measured. Fails when another size is written.
+std::string write_block(const kvt_str::Codec &codec, const void *record, unsigned level);
 std::string write_block(const kvt_str::Record &table, const void *record, unsigned level);
 
 } // namespace kvt_test

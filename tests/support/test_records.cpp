@@ -6,23 +6,31 @@ namespace kvt_str {
 
 // clang-format off
 // The first ones are unrolled, the last two are walked.
-UNROLLED_RECORD(test_entry, at_level(2),
+UNROLLED_RECORD(test_entry,
+    _kvt_txt_pack_msg_test_entry, _kvt_txt_unpack_msg_test_entry,
+    at_levels(2),
     FIELD(id),
     FIELD(name_len),
     JOINED_TEXT(name, name_len),
     FIELD(num_small),
     ARRAY(small, num_small));
 
-DEFINE_RECORD(test_address, msg_test_address, Reading::untraced_merge, at_level(2),
+DEFINE_RECORD(test_address,
+    _kvt_txt_pack_msg_test_address, _kvt_txt_unpack_msg_test_address,
+    Reading::merged_and_untraced, at_levels(2),
     FIELD(prefix, shared_value),
     FIELD(guid, shared_value),
     FIELD(plain));
 
-UNROLLED_RECORD(test_slot, at_level(2),
+UNROLLED_RECORD(test_slot,
+    _kvt_txt_pack_msg_test_slot, _kvt_txt_unpack_msg_test_slot,
+    at_levels(2),
     FIELD(tree_idx),
     FIELD(tree_id));
 
-UNROLLED_RECORD(test_everything, at_level(1) | at_level(3),
+UNROLLED_RECORD(test_everything,
+    _kvt_txt_pack_msg_test_everything, _kvt_txt_unpack_msg_test_everything,
+    at_levels(1, 3),
     FIELD(byte),
     FIELD(word),
     FIELD(number_always, always),
@@ -50,10 +58,12 @@ UNROLLED_RECORD(test_everything, at_level(1) | at_level(3),
     SLOTS(slots, num_slots));
 
 RECORD(test_group,
+    _kvt_txt_pack_msg_test_group, _kvt_txt_unpack_msg_test_group,
     FIELD(num_entries),
     RUN(entries, num_entries));
 
 RECORD(test_tree,
+    _kvt_txt_pack_msg_test_tree, _kvt_txt_unpack_msg_test_tree,
     FIELD(groups_num),
     RUN(groups, groups_num),
     FIELD(others_num),

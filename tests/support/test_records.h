@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "engine/row.h"
+#include "engine/codec.h"
 
 extern "C" {
 
@@ -73,6 +73,7 @@ namespace kvt_str {
 
 #define DECLARE_TEST_RECORD(type)                                                                  \
     template <> const Record RecordOf<type>::table;                                                \
+    template <> const Codec CodecOf<type>::codec;                                                  \
     PackRoutine _kvt_txt_pack_msg_##type;                                                          \
     UnpackRoutine _kvt_txt_unpack_msg_##type
 

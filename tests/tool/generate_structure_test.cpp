@@ -13,7 +13,7 @@
 #include "kvt/messages/message_type.h"
 #include "kvt/messages/reservations.h"
 #include "kvt/messages/resource_data.h"
-#include "message_table.h"
+#include "message_kinds.h"
 #include "samples.h"
 
 namespace kvt_tool {

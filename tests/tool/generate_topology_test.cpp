@@ -9,7 +9,7 @@
 #include "generate.h"
 #include "kvt/messages/message_type.h"
 #include "kvt/messages/topology.h"
-#include "message_table.h"
+#include "message_kinds.h"
 #include "samples.h"
 
 namespace kvt_tool {

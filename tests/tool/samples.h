@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "generate.h"
-#include "message_table.h"
+#include "message_kinds.h"
 
 namespace kvt_tool {
 

@@ -1,15 +1,34 @@
-// Counts that a line of the text has made to differ from the elements that are there.
+// How many elements the arrays of records that are being read really have, which a count line may
+// hide.
 //
-// While a record is read, an element of it may go: a second run of the same key replaces the first.
-// If that element has an array of its own, its count tells how many elements to release - unless a
-// count line behind the array said otherwise. The count must stay as that line says, so the truth
-// is kept here. Texts that a writer has written need no entry, and so no memory.
+// While a record is read, what it has read may go: a second run of the same key replaces the first.
+// Then the true counts tell what to release. Those of the record itself are at hand (TrueCount). An
+// element of a run may have an array of its own whose count line lies; that count must stay as the
+// line says, so the truth is kept aside (LyingCounts). Texts that a writer has written need no
+// entry, and so no memory.
 #pragma once
 
 #include <cstdint>
 #include <cstdlib>
 
+#include "engine/row.h"
+
 namespace kvt_str {
+
+/// Of one array or run.
+struct TrueCount {
+    uint64_t elements = 0;
+    size_t first_lie = 0; ///< where the lying counts of the elements of a run begin
+};
+
+/// Of all arrays and runs of a record, by their counted_index.
+struct TrueCounts {
+    TrueCount rows[most_counted_rows] = {};
+
+    TrueCount &of(const Row &row) { return rows[row.counted_index]; }
+
+    const TrueCount &of(const Row &row) const { return rows[row.counted_index]; }
+};
 
 class LyingCounts {
 public:
