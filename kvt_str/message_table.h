@@ -28,7 +28,7 @@ std::span<const MessageKind> message_kinds();
 /// The kind of a value; null for a number that is none.
 const MessageKind *find_kind(int32_t msg_type);
 
-/// The kind of a name, which may go on behind the kind's own name; null for any other.
+/// The kind of a name, which may go on after the kind's own name; null for any other.
 const MessageKind *find_kind(const char *name);
 
 /// The kind with a record whose message begins at `at` as the writer begins it, to the letter up to

@@ -29,7 +29,7 @@
  * 0 where 0 is not written, and the order of lines; and what is written has no findings either.
  *
  * No findings are: another order of lines, another indentation, blanks and empty lines, a count
- * line that is missing or that stands behind its elements and is right, an array of child indexes
+ * line that is missing or that stands after its elements and is right, an array of child indexes
  * that ends before its 64 places without a 255.
  *
  * Threads: there is no state; all functions may run on several threads at once. Locale: no result
@@ -83,18 +83,18 @@ typedef enum kvt_finding_kind {
     KVT_FINDING_NO_BRACE,        /**< no-brace */
 
     /* Values. */
-    KVT_FINDING_NO_COLON,      /**< no-colon */
-    KVT_FINDING_NO_VALUE,      /**< no-value */
-    KVT_FINDING_NOT_A_NUMBER,  /**< not-a-number */
-    KVT_FINDING_BEHIND_NUMBER, /**< behind-number */
-    KVT_FINDING_OUT_OF_RANGE,  /**< out-of-range */
-    KVT_FINDING_ROUNDED,       /**< rounded */
-    KVT_FINDING_NO_QUOTES,     /**< no-quotes */
-    KVT_FINDING_BEFORE_TEXT,   /**< before-text */
-    KVT_FINDING_EMPTY_TEXT,    /**< empty-text */
-    KVT_FINDING_OPEN_TEXT,     /**< open-text */
-    KVT_FINDING_BEHIND_TEXT,   /**< behind-text */
-    KVT_FINDING_LONG_TEXT,     /**< long-text */
+    KVT_FINDING_NO_COLON,     /**< no-colon */
+    KVT_FINDING_NO_VALUE,     /**< no-value */
+    KVT_FINDING_NOT_A_NUMBER, /**< not-a-number */
+    KVT_FINDING_AFTER_NUMBER, /**< after-number */
+    KVT_FINDING_OUT_OF_RANGE, /**< out-of-range */
+    KVT_FINDING_ROUNDED,      /**< rounded */
+    KVT_FINDING_NO_QUOTES,    /**< no-quotes */
+    KVT_FINDING_BEFORE_TEXT,  /**< before-text */
+    KVT_FINDING_EMPTY_TEXT,   /**< empty-text */
+    KVT_FINDING_OPEN_TEXT,    /**< open-text */
+    KVT_FINDING_AFTER_TEXT,   /**< after-text */
+    KVT_FINDING_LONG_TEXT,    /**< long-text */
 
     /* Lines that undo others. */
     KVT_FINDING_REPEATED_KEY,   /**< repeated-key */
@@ -108,7 +108,7 @@ typedef enum kvt_finding_kind {
     KVT_FINDING_LONE_COUNT,   /**< lone-count */
     KVT_FINDING_WRONG_LENGTH, /**< wrong-length */
     KVT_FINDING_TOO_MANY,     /**< too-many */
-    KVT_FINDING_BEHIND_END,   /**< behind-end */
+    KVT_FINDING_AFTER_END,    /**< after-end */
 
     KVT_FINDING_KINDS /**< how many there are */
 } kvt_finding_kind;
@@ -154,7 +154,7 @@ typedef int kvt_finding_callback(const kvt_finding *finding, void *user);
  *
  * @param text    the text. It need not end with a NUL; the readers of the codec end at the first
  *                NUL, and so does the check. NULL is taken for an empty text.
- * @param length  its length in bytes; nothing is read behind it.
+ * @param length  its length in bytes; nothing is read after it.
  * @param report  is called for each finding, in the order of the text but for those that tell of a
  *                count, which stand at the count's line and come when all elements have been seen.
  *                NULL when the findings are only to be counted.
@@ -168,9 +168,9 @@ typedef int kvt_finding_callback(const kvt_finding *finding, void *user);
  * messages. Of carriage returns each call reports only the first.
  *
  * Where the reader would be led astray, so that most of what follows would be read as something
- * else, the check says so at the place and goes on as the text was meant: behind a block on one
+ * else, the check says so at the place and goes on as the text was meant: after a block on one
  * line or a brace in a quoted text; with the next line that opens a message, "msg {", in a block
- * that is not closed or behind the end of what the reader reads.
+ * that is not closed or after the end of what the reader reads.
  */
 KVT_EXPORT size_t kvt_check(const char *text, size_t length, kvt_finding_callback *report,
                             void *user);

@@ -66,7 +66,7 @@ typedef uintptr_t kvt_ignored;
  *
  * @param msg_type  the kind of the message (kvt/messages/message_type.h).
  * @param msg       the record of that kind; only read. NULL is an error. A count in it must not
- *                  exceed the elements behind its pointer; a null pointer counts as no elements.
+ *                  exceed the elements after its pointer; a null pointer counts as no elements.
  * @param buf       where the text and its NUL go; the caller's. It must have room for as many
  *                  characters as kvt_str_get_buf_size() says for the same record, and for at least
  *                  9: the room is not checked. NULL is an error.
@@ -125,7 +125,7 @@ KVT_EXPORT uint32_t kvt_str_get_buf_size(int32_t msg_type, const void *msg);
  * elements read - but a count line that stands after the elements, or without any, is kept as
  * it was read and may promise elements that are not there (a null pointer, even). Compare before
  * you write, release or walk such a record, or read it with kvt_msg_arr_from_str(), which makes
- * them agree. A count line that says too little does no such harm, but what the elements behind it
+ * them agree. A count line that says too little does no such harm, but what the elements after it
  * own is not released with the record. The count of elements that stand in the record itself (the
  * up to 4 groups) is kept as read too: the writer goes no further than their places, and so should
  * whoever walks them.
@@ -172,11 +172,11 @@ KVT_EXPORT int32_t kvt_msg_arr_from_str(const char *buf, uint32_t length, char *
  *
  * @param text    a position in a NUL-terminated text; NULL gives NULL.
  * @param length  the number of characters from there that may be stepped over. The character just
- *                behind them is looked at too, and is returned, even if it is a space or tab, when
+ *                after them is looked at too, and is returned, even if it is a space or tab, when
  *                it is reached.
  *
  * @return that position, or NULL when `length` is 0, when no newline is left, or when the next
- * line begins behind `length`.
+ * line begins after `length`.
  */
 KVT_EXPORT char *next_msg(const char *text, uint32_t length);
 

@@ -48,7 +48,7 @@ KVT_EXPORT extern int log_level;
 KVT_EXPORT void kvt_msg_release(int32_t msg_type, void *msg);
 
 /**
- * A log function to use as log_cb: prints each line to standard error, behind its place in the
+ * A log function to use as log_cb: prints each line to standard error, after its place in the
  * source; a line of more than 1,023 characters is cut. Only in kvt_message_layer.
  *
  * @param file    the source file that the line comes from.

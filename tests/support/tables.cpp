@@ -29,9 +29,9 @@ std::string write_block(const kvt_str::Record &table, const void *record, unsign
     const size_t size = opening.size() + table.measure(record, level);
     const std::unique_ptr<char[]> text(new char[size + 1]);
     opening.copy(text.get(), opening.size());
-    const char *behind = table.pack(record, level, text.get() + opening.size());
-    EXPECT_EQ(behind, text.get() + size) << table.name;
-    return {static_cast<const char *>(text.get()), behind};
+    const char *after = table.pack(record, level, text.get() + opening.size());
+    EXPECT_EQ(after, text.get() + size) << table.name;
+    return {static_cast<const char *>(text.get()), after};
 }
 
 } // namespace kvt_test

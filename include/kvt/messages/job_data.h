@@ -35,7 +35,7 @@ typedef struct vemra_tree {
 typedef struct vemra_tree_conn {
     uint16_t tree_id;
     uint64_t vemrad_id;
-    uint8_t qp_child_idxs[64]; /**< 255 behind the last one in use, where there are fewer than 64 */
+    uint8_t qp_child_idxs[64]; /**< 255 after the last one in use, where there are fewer than 64 */
     struct ibv_sa_path_rec pr_sd_to_an; /**< path from the daemon to the aggregation node */
     struct ibv_sa_path_rec pr_an_to_sd; /**< path back */
 } vemra_tree_conn;
