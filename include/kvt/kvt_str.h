@@ -86,7 +86,7 @@ typedef uintptr_t kvt_ignored;
  * - A newline is read as a part of the text. But what follows it is read once more, as lines of the
  *   record, and may set other members.
  * - A closing brace ends the block, unless the text stands on the first line of its block. The
- * text, the rest of the message and all messages after it are lost.
+ *   text, the rest of the message and all messages after it are lost.
  * - An opening brace does no harm to readers that know the text's key. Others skip what follows, up
  *   to the brace that closes it.
  *
@@ -120,13 +120,14 @@ KVT_EXPORT uint32_t kvt_str_get_buf_size(int32_t msg_type, const void *msg);
  *                  matter. NULL is an error.
  * @param msg       where the address of the new record goes. NULL is an error.
  *
- * @return 0 when a record was stored in `*msg`, however much of the text was understood: unknown
- * lines and blocks are skipped, a value that does not scan leaves its field as it was (0, unless an
- * earlier line of the same key said otherwise), the end of the text ends every block. Returns -1
+ * @return 0 when a record was stored in `*msg`, however much of the text was understood. Returns -1
  * when `buf` or `msg` is NULL, the text does not begin with "msg", its type is not a known one, or
- * the record cannot be allocated; `*msg` is then untouched, but NULL after a failed allocation.
+ * the record cannot be allocated. `*msg` is then untouched, but NULL after a failed allocation.
  * Failures are logged at level 0, except that a text which does not begin with "msg" is refused
  * without a word.
+ *
+ * Unknown lines and blocks are skipped. A value that does not scan leaves its member as it was: 0,
+ * unless an earlier line of the same key said otherwise. The end of the text ends every block.
  *
  * The kind is not told: it is the word on the type line, which the caller knows from elsewhere or
  * takes from kvt_msg_arr_from_str(). Reading a record as one of another kind is an error that
@@ -185,15 +186,16 @@ KVT_EXPORT int32_t kvt_msg_arr_from_str(const char *buf, uint32_t length, char *
 
 /**
  * Steps from one message to the next: to the first character that is not a space, tab or newline
- * on a later line, which may be the text's NUL.
+ * on a later line, which may be the text's NUL. What this and the functions below return points
+ * into the text that they were given; they change nothing and allocate nothing.
  *
  * @param text    a position in a NUL-terminated text; NULL gives NULL.
  * @param length  the number of characters from there that may be stepped over. The character just
  *                after them is looked at too. When it is reached it is returned, even if it is a
  *                space or tab.
  *
- * @return that position, or NULL when `length` is 0, when no newline is left, or when the next
- * line begins after `length`.
+ * @return that position in the text, or NULL when `length` is 0, when no newline is left, or when
+ * the next line begins after `length`.
  */
 KVT_EXPORT char *next_msg(const char *text, uint32_t length);
 
