@@ -32,7 +32,7 @@ public:
     BlockEnd check_lines();
 
 private:
-    // check_block.cpp: the loop, and lines of which none is like another.
+    // check_block.cpp: the loop, and single lines.
     void check_line();
     bool take_plain_line();
     size_t find_exact_row(const char *at);

@@ -1,5 +1,5 @@
-// Checks messages after each other: what stands between them, their envelopes, type lines and the
-// opening lines of their blocks. The steps are those of MessageSequence::read and read_message.
+// Checks messages one after the other: what stands between them, their envelopes, type lines and
+// the opening lines of their blocks. The steps are those of MessageSequence::read and read_message.
 #include "check_block.h"
 #include "check_state.h"
 #include "message_table.h"
@@ -252,7 +252,7 @@ void MessagesCheck::check_start() {
                               : "a text must begin with 'msg', or the reader refuses it");
 }
 
-/// Steps from after a message to the next one, or to the end.
+/// Steps from the end of a message to the next one, or to the end of the text.
 void MessagesCheck::check_between() {
     for (cursor_.skip_blanks(); !cursor_.at_end(); cursor_.skip_blanks()) {
         if (cursor_.begins_with("msg")) {

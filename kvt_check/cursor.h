@@ -29,7 +29,7 @@ struct Line {
 };
 
 /// What the reader's conversions and its scanner skip, together. A carriage return, form feed or
-/// vertical tab that stands at the end of a line, or before a value, is lost without a loss.
+/// vertical tab that stands at the end of a line, or before a value, is no loss.
 inline const char *skip_spaces(const char *at, const char *end) {
     while (at != end && kvt_str::is_space(*at)) {
         ++at;
@@ -103,7 +103,7 @@ public:
         return has(word.size()) && std::memcmp(here_.at, word.data(), word.size()) == 0;
     }
 
-    /// Skips blanks, newlines among them: to the first character of a line that is none.
+    /// Skips blanks and newlines, to the first character that is neither.
     void skip_blanks() {
         for (; here_.at != end_ && kvt_str::is_blank(*here_.at); ++here_.at) {
             if (*here_.at == '\n') {
