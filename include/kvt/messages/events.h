@@ -10,7 +10,7 @@
 /** A point in time, from the epoch of the message layer; the codec does not interpret it. */
 typedef struct vemra_timestamp {
     uint64_t seconds;  /**< seconds */
-    uint64_t useconds; /**< microseconds; nothing holds them below a second */
+    uint64_t useconds; /**< microseconds; the codec does not keep them below a second */
 } vemra_timestamp;
 
 /** EVENTS_REQUEST */
@@ -30,9 +30,9 @@ typedef struct vemra_event_str_entry {
 typedef struct vemra_event {
     uint32_t event_type;    /**< a code of the message layer */
     uint32_t num_str_entry; /**< elements of str_entry_list */
-    vemra_event_str_entry
-        *str_entry_list; /**< num_str_entry entries, or NULL; owned by the event */
-    vemra_timestamp ts;  /**< when the event happened */
+    /** num_str_entry entries, or NULL; owned by the event. */
+    vemra_event_str_entry *str_entry_list;
+    vemra_timestamp ts; /**< when the event happened */
 } vemra_event;
 
 /** EVENTS_REPLY */

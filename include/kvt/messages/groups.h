@@ -31,7 +31,8 @@ typedef struct vemra_alloc_groups {
     uint8_t num_groups;                         /**< entries of groups in use */
     vemra_alloc_group groups[VEMRA_MAX_GROUPS]; /**< the groups that are asked for */
     uint32_t num_processes;                     /**< elements of processes */
-    uint32_t *processes; /**< num_processes numbers of the message layer, or NULL; owned by the record */
+    /** num_processes numbers of the message layer, or NULL; owned by the record. */
+    uint32_t *processes;
 } vemra_alloc_groups;
 
 /** A group that is given back; an element of RELEASE_GROUPS. */

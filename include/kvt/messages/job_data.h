@@ -33,7 +33,7 @@ typedef struct vemra_tree {
     uint16_t peer_tree_id;        /**< identifier of its peer tree */
     uint8_t max_qp_child_idxs;    /**< upper limit of child indexes */
     uint8_t versions[1];          /**< a version of the message layer, 0 for none */
-    union ibv_gid mgid;           /**< multicast group; in the order of the network */
+    union ibv_gid mgid;           /**< multicast group, in the order of the network */
     vemra_quota quota;            /**< limits of the tree's resources */
     uint8_t control_path_version; /**< a version of the message layer */
 } vemra_tree;
@@ -65,7 +65,7 @@ typedef struct vemra_qpc_options {
     uint16_t pkey;               /**< partition key */
     uint8_t sl;                  /**< service level */
     uint8_t tclass;              /**< traffic class */
-    uint8_t rnr_mode;            /**< mode when the receiver is not ready, a code */
+    uint8_t rnr_mode;            /**< mode of receiver not ready, a code of the message layer */
     uint8_t rnr_retry_limit;     /**< upper limit of retries when the receiver is not ready */
     uint8_t local_ack_timeout;   /**< in the unit of the message layer */
     uint8_t timeout_retry_limit; /**< upper limit of retries after a timeout */

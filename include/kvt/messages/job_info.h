@@ -16,7 +16,7 @@ typedef struct vemra_mgmt_job_info_list_request {
 typedef struct vemra_mgmt_job_info {
     uint64_t allocation_id;   /**< identifier of the allocation */
     uint64_t external_job_id; /**< external identifier of the job */
-    uint64_t vemra_job_id;    /**< its number within the aggregation service; 32 bits in other records */
+    uint64_t vemra_job_id;    /**< its number within the service; 32 bits in other records */
     /** When the job started, in the unit of the message layer and from its epoch; the codec does
      *  not interpret it. */
     uint64_t start_time;
