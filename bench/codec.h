@@ -40,7 +40,7 @@ public:
     /// That document.
     virtual std::string_view encoded() const = 0;
 
-    /// Turns a document into a new record, which kvt_msg_release can release. Behind the document
+    /// Turns a document into a new record, which kvt_msg_release can release. After the document
     /// lies its padding.
     virtual void *decode(std::string_view document) = 0;
 };

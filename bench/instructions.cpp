@@ -4,7 +4,7 @@
 //
 // is to be run by callgrind with --instr-atstart=no, and leaves one dump for each measurement whose
 // name begins with PREFIX: all of them, by default. Names are OPERATION/WORKLOAD, such as
-// "read/W3", with "/x8" behind them for a larger form of the same. On standard output it says what
+// "read/W3", with "/x8" after them for a larger form of the same. On standard output it says what
 // it was built with, and then, for each measurement, how many lines and characters its text has.
 #include <gnu/libc-version.h>
 #include <sys/wait.h>
@@ -153,7 +153,7 @@ private:
 // --- How it is counted ---------------------------------------------------------------------------
 
 /// Counts one run. Earlier ones go uncounted: they bind the names of the C library, and the heap
-/// has come to rest behind them. Ends the process when the codec fails.
+/// has come to rest after them. Ends the process when the codec fails.
 void count(const std::string &name, const std::string &text, Operation &operation) {
     constexpr int warm_up_runs = 3;
     bool worked = true;

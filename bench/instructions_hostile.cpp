@@ -84,7 +84,7 @@ constexpr HostileText all[] = {
      "      num_str_entry: 99\n    }\n    x: 1\n",
      "    vemra_events {\n    }\n"},
 
-    // Messages behind each other.
+    // Messages after each other.
     {"small messages", VEMRA_MSG_TYPE_END_JOB, "", "msg {\n  type: END_JOB\n  end_job {\n  }\n}\n",
      ""},
     {"messages without a line of their own", VEMRA_MSG_TYPE_END_JOB, "",

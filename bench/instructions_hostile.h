@@ -15,7 +15,7 @@ struct HostileText {
     int32_t kind;
     const char *head;
     const char *repeated;
-    const char *tail; ///< leaves no count behind that is greater than its array
+    const char *tail; ///< leaves no count that is greater than its array
 
     std::string text(size_t repetitions) const;
 };

@@ -56,7 +56,7 @@ Values make_values(const Numbers &numbers) {
     return made;
 }
 
-/// Room for any number and what a writer may touch behind it.
+/// Room for any number and what a writer may touch after it.
 using Room = std::array<char, 40>;
 
 char *put_kvt(Room &room, uint64_t number) {

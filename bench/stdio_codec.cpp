@@ -341,7 +341,7 @@ struct CopyOfLine {
 
 constexpr size_t longest_value = 298;
 
-/// Adds a line of an allocated text: the first one is the text, others follow behind commas.
+/// Adds a line of an allocated text: the first one is the text, others follow after commas.
 void add_line(char *&text, uint32_t &size, const char *value) {
     const size_t old_length = text != nullptr ? std::strlen(text) : 0;
     const bool first = text == nullptr;

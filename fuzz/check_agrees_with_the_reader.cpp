@@ -35,7 +35,7 @@ int look_at(const kvt_finding *finding, void *user) {
            "a finding stands on its line");
     expect(finding->offset + finding->length <= text.size(), "a finding stands in the text");
     expect(finding->line_offset == 0 || text[finding->line_offset - 1] == '\n',
-           "a line begins behind a newline");
+           "a line begins after a newline");
     const std::string_view before = text.substr(0, finding->line_offset);
     expect(static_cast<size_t>(std::count(before.begin(), before.end(), '\n')) + 1 == finding->line,
            "lines are counted");

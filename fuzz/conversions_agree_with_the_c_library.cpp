@@ -53,7 +53,7 @@ template <unsigned width> void check_plain_number(const char *text) {
                !__builtin_add_overflow(expected, static_cast<uint64_t>(text[i] - '0'), &expected);
     }
     if (fits && text[digits] == '\n') {
-        expect(number.next == text + digits + 1, "a plain number ends behind its line");
+        expect(number.next == text + digits + 1, "a plain number ends after its line");
         expect(number.value == expected, "a plain number has the value of its digits");
     } else {
         expect(number.next == nullptr, "nothing but digits and a newline is a plain number");
@@ -65,8 +65,8 @@ template <typename Number> void check_written_number(Number number) {
     expect(count_digits(number) == line.size() - 1, "count_digits");
     // The line, and the seven characters at least that follow any line of a message.
     const std::unique_ptr<char[]> out(new char[line.size() + 7]);
-    const char *behind = put_number_line(out.get(), number);
-    expect(std::string_view(out.get(), static_cast<size_t>(behind - out.get())) == line,
+    const char *after = put_number_line(out.get(), number);
+    expect(std::string_view(out.get(), static_cast<size_t>(after - out.get())) == line,
            "put_number_line writes what %llu writes");
 }
 

@@ -35,7 +35,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     if (result != 0) {
         expect(result == -1, "a text that is refused gives -1");
         expect(record == &nobody, "a text that is refused leaves the caller's pointer");
-        expect(watch.alive() == 0, "a text that is refused leaves nothing behind");
+        expect(watch.alive() == 0, "a text that is refused leaves nothing allocated");
         return 0;
     }
     const size_t held_as_read = watch.alive();
@@ -48,7 +48,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
            "a record whose counts agree holds all that was allocated for it");
     expect_valid(check_as_read(table, record, agreeing.record, text.get()));
 
-    // Counts that the text made too small hide elements; only then may something stay behind.
+    // Counts that the text made too small hide elements; only then may something stay allocated.
     const Message again = read_as(text.get(), kvt_str::Counts::as_read);
     const bool lies = again.lies;
     lower_counts(table, record, agreeing.record);

@@ -30,15 +30,15 @@ Outcome read_by_codec(const Record &table, const char *text, const char *block, 
     const LogCapture capture(level);
     void *record = std::calloc(1, table.size);
     Input input{Text(text), Counts::agree};
-    const char *behind = codec_of(table).unpack(input, after_newline(block), record, 1);
-    return {record, skip_blanks(behind), capture.lines()};
+    const char *after = codec_of(table).unpack(input, after_newline(block), record, 1);
+    return {record, skip_blanks(after), capture.lines()};
 }
 
 Outcome read_literally(const Record &table, const char *block) {
     const LogCapture capture;
     void *record = std::calloc(1, table.size);
-    const char *behind = literal_read(table, block, record, Counts::agree);
-    return {record, behind, capture.lines()};
+    const char *after = literal_read(table, block, record, Counts::agree);
+    return {record, after, capture.lines()};
 }
 
 void expect_same_record(const Record &table, const Outcome &a, const Outcome &b) {

@@ -104,7 +104,7 @@ void RecordFromBytes::fill_string(const Row &row, char *record) {
     const size_t capacity = length - 1 + bytes_.next() % 8U;
     char *string = allocate(capacity + 1);
     bytes_.fill(string, capacity);
-    // No more behind the first NUL: the block ends with it.
+    // No more after the first NUL: the block ends with it.
     char *exact = allocate(std::strlen(string) + 1);
     std::strcpy(exact, string);
     store(member_of(row, record), exact);

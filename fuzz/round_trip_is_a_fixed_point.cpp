@@ -38,7 +38,7 @@ Return return_of_text(const char *text, size_t length) {
     return Return::at_once;
 }
 
-/// The writer stops at the terminator, and the reader clears the places behind it with zeros.
+/// The writer stops at the terminator, and the reader clears the places after it with zeros.
 Return return_of_bytes(const Row &row, const char *bytes) {
     const bool ends_early = std::memchr(bytes, row.terminator, row.capacity) != nullptr;
     return row.terminator != 0 && ends_early ? Return::later : Return::at_once;
@@ -167,6 +167,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
             break;
         }
     }
-    expect(watch.alive() == 0, "nothing is left behind");
+    expect(watch.alive() == 0, "nothing stays allocated");
     return 0;
 }

@@ -24,7 +24,7 @@ int expected_brace(const char *text, char brace) {
 }
 
 const char *expected_block_end(const char *text) {
-    // Line by line: the block is over behind the first line at whose end nothing is open. A closing
+    // Line by line: the block is over after the first line at whose end nothing is open. A closing
     // brace too many opens nothing.
     long open = 0;
     for (const char *line = text;;) {

@@ -52,7 +52,7 @@ Split split(const InputText &text, uint32_t length) {
         expect(made.result == -1, "a text that is refused gives -1");
         expect(texts == &no_text && kinds == &no_kind && count == -7,
                "a text that is refused leaves the caller's variables");
-        expect(watch.alive() == 0, "a text that is refused leaves nothing behind");
+        expect(watch.alive() == 0, "a text that is refused leaves nothing allocated");
         return made;
     }
     expect(count > 0, "a text that is read has a message");

@@ -40,7 +40,7 @@ void BlockLines::report_count(Check &check, size_t counted, size_t count) const 
     }
     const bool is_late = line.place.at > lines_[counted].place.at;
     const std::string_view what_follows =
-        is_late ? "; behind it, the reader keeps the number as it stands"
+        is_late ? "; after it, the reader keeps the number as it stands"
                 : "; the reader takes what is there";
     if (rows_[counted].kind == RowKind::joined_text) {
         check.findings.report(KVT_FINDING_WRONG_LENGTH, mark, Quoted{key_of(rows_[count])},

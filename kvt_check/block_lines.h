@@ -26,8 +26,8 @@ public:
         seen_ |= uint64_t{1} << row;
     }
 
-    /// A line of the run could not be read, and that was reported: its count was meant to count
-    /// that line, too, and says nothing more.
+    /// A line of the run could not be read, and that was reported. The count was meant to include
+    /// that line: it is not reported for the difference.
     void doubt(size_t row) { doubtful_ |= uint64_t{1} << row; }
 
     /// Where a row that was seen stood first.

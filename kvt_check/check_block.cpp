@@ -20,11 +20,11 @@ bool is_balanced(const Line &line) {
     return depth == 0 && closes;
 }
 
-void check_behind_brace(Check &check, const char *brace, const Line &line) {
+void check_after_brace(Check &check, const char *brace, const Line &line) {
     const std::string_view rest = trimmed(brace + 1, line.end);
     if (!rest.empty()) {
         check.findings.report(KVT_FINDING_BESIDE_BRACE, check.mark(rest),
-                              "the reader skips what stands behind the brace, ", Quoted{rest});
+                              "the reader skips what stands after the brace, ", Quoted{rest});
     }
 }
 
@@ -45,7 +45,7 @@ std::string_view BlockCheck::nearest_key(std::string_view word) const {
     return nearest.word();
 }
 
-/// The row whose key the line at `at` has, with a colon or a blank behind it; rows_.size() for
+/// The row whose key the line at `at` has, with a colon or a blank after it; rows_.size() for
 /// none. No earlier key is a prefix of it, so that the reader takes the same.
 size_t BlockCheck::find_exact_row(const char *at) {
     const auto left = static_cast<size_t>(cursor_.end() - at);
@@ -90,10 +90,10 @@ const char *BlockCheck::plain_value(const Row &row, uint64_t &value) const {
     case RowKind::text:
         return at[-1] == ' ' ? end_of_plain_text(at, end, row.capacity - size_t{1}) : nullptr;
     case RowKind::joined_text: {
-        const char *behind =
+        const char *after =
             at[-1] == ' ' ? end_of_plain_text(at, end, longest_joined_value) : nullptr;
-        value = behind != nullptr ? static_cast<uint64_t>(behind - at - 2) : 0;
-        return behind;
+        value = after != nullptr ? static_cast<uint64_t>(after - at - 2) : 0;
+        return after;
     }
     default:
         return end_of_plain_number(at, end, greatest_of(row), value);
@@ -231,7 +231,7 @@ bool has_braces_in_quotes_only(const Line &line) {
 void BlockCheck::check_closing(size_t index, const Line &line) {
     const bool has_row = index != rows_.size();
     if (*line.at == '}') {
-        check_behind_brace(check_, line.at, line);
+        check_after_brace(check_, line.at, line);
     } else if (has_row && !rows_[index].opens_block() && has_braces_in_quotes_only(line)) {
         check_row(index, line);
         return;
@@ -246,11 +246,10 @@ void BlockCheck::check_closing(size_t index, const Line &line) {
     } else {
         const std::string_view before = trimmed(line.at, find_character('}', line.at, line.end));
         findings_.report(KVT_FINDING_BESIDE_BRACE, check_.mark(before),
-                         first_ && has_row
-                             ? "the reader takes this line for its key alone, and "
-                               "does not see that the brace behind it closes the block"
-                             : "the reader closes the block at this line, and does "
-                               "not read what stands before the brace");
+                         first_ && has_row ? "the reader takes this line for its key alone, and "
+                                             "does not see that the brace after it closes the block"
+                                           : "the reader closes the block at this line, and does "
+                                             "not read what stands before the brace");
     }
     cursor_.step_over_line();
     end_ = BlockEnd::closed;

@@ -19,10 +19,10 @@ enum class BlockEnd {
     next_message, ///< at a line that opens a message, where the cursor stands; that is reported
 };
 
-/// Checks the block of one record from the line behind its opening line to its closing line.
+/// Checks the block of one record from the line after its opening line to its closing line.
 ///
 /// The steps are given the cursor at the first line of what they check, and leave it at the line
-/// behind, or at the blanks before that.
+/// after, or at the blanks before that.
 class BlockCheck {
 public:
     BlockCheck(Check &check, const kvt_str::Record &table, const Frame &frame)
@@ -32,7 +32,7 @@ public:
     BlockEnd check_lines();
 
 private:
-    // check_block.cpp: the loop, and lines of which none is like another.
+    // check_block.cpp: the loop, and single lines.
     void check_line();
     bool take_plain_line();
     size_t find_exact_row(const char *at);
@@ -58,7 +58,7 @@ private:
     bool goes_on(size_t index);
 
     Value check_value(const kvt_str::Row &row, const Line &line);
-    Value check_behind_colon(const kvt_str::Row &row, const Line &line);
+    Value check_after_colon(const kvt_str::Row &row, const Line &line);
     bool check_key(const kvt_str::Row &row, const Line &line);
     const char *plain_value(const kvt_str::Row &row, uint64_t &value) const;
 
@@ -79,7 +79,7 @@ bool is_balanced(const Line &line);
 /// Reports such a line.
 void report_one_line_block(Check &check, const Line &line);
 
-/// Reports what stands behind the brace that a line begins with.
-void check_behind_brace(Check &check, const char *brace, const Line &line);
+/// Reports what stands after the brace that a line begins with.
+void check_after_brace(Check &check, const char *brace, const Line &line);
 
 } // namespace kvt_checking

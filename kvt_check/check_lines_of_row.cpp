@@ -14,8 +14,8 @@ using namespace kvt_str;
 /// line, with the block that it opens, has been skipped.
 bool BlockCheck::check_key(const Row &row, const Line &line) {
     const std::string_view word = first_word(line.at, line.end);
-    const char *behind = line.at + row.key_length;
-    if (has_character(behind, line, ':')) {
+    const char *after = line.at + row.key_length;
+    if (has_character(after, line, ':')) {
         return true;
     }
     const char *next = skip_blanks_in_line(line.at + word.size(), line);
@@ -44,7 +44,7 @@ bool BlockCheck::check_key(const Row &row, const Line &line) {
     return false;
 }
 
-BlockCheck::Value BlockCheck::check_behind_colon(const Row &row, const Line &line) {
+BlockCheck::Value BlockCheck::check_after_colon(const Row &row, const Line &line) {
     switch (row.kind) {
     case RowKind::real:
         return {check_real(check_, row, line), 0};
@@ -66,7 +66,7 @@ BlockCheck::Value BlockCheck::check_value(const Row &row, const Line &line) {
     if (!check_key(row, line)) {
         return {false, 0};
     }
-    const Value value = check_behind_colon(row, line);
+    const Value value = check_after_colon(row, line);
     cursor_.step_over_line();
     return value;
 }
@@ -87,8 +87,8 @@ bool BlockCheck::goes_on(size_t index) {
     for (const Row &other : rows_) {
         if (key_of(other) == word) {
             findings_.report(
-                KVT_FINDING_KEY_IN_ARRAY, check_.mark(word), "directly behind ",
-                Quoted{key_of(row)}, ", the reader takes ", Quoted{word}, " for one more of them",
+                KVT_FINDING_KEY_IN_ARRAY, check_.mark(word), "directly after ", Quoted{key_of(row)},
+                ", the reader takes ", Quoted{word}, " for one more of them",
                 row.opens_block() ? ", up to the next closing brace" : ", and finds no value");
             return false;
         }
@@ -130,9 +130,9 @@ private:
                 row_.capacity == 1 ? " place" : " places", ": the reader skips further lines");
         } else if (has_ended_ && !told_) {
             told_ = true;
-            check_.findings.report(KVT_FINDING_BEHIND_END, mark, uint64_t{row_.terminator},
-                                   " ends ", Quoted{key_of(row_)},
-                                   ": what stands behind it is not written any more");
+            check_.findings.report(KVT_FINDING_AFTER_END, mark, uint64_t{row_.terminator}, " ends ",
+                                   Quoted{key_of(row_)},
+                                   ": what stands after it is not written any more");
         }
         has_ended_ |= value == row_.terminator;
         ++size_;
@@ -215,13 +215,13 @@ bool BlockCheck::check_opening(const Row &row, const Line &line) {
         cursor_.step_over_line();
         return false;
     }
-    const char *behind = skip_blanks_in_line(line.at + word.size(), line);
-    if (has_character(behind, line, '{')) {
-        check_behind_brace(check_, behind, line);
+    const char *after = skip_blanks_in_line(line.at + word.size(), line);
+    if (has_character(after, line, '{')) {
+        check_after_brace(check_, after, line);
         cursor_.step_over_line();
         return true;
     }
-    if (has_character(behind, line, ':')) {
+    if (has_character(after, line, ':')) {
         if (!is_longer) {
             findings_.report(KVT_FINDING_NO_BRACE, check_.mark(line), Quoted{word},
                              " is a block: the reader takes the lines below for its own, up to the "

@@ -1,5 +1,5 @@
-// Checks messages behind each other: what stands between them, their envelopes, type lines and the
-// opening lines of their blocks. The steps are those of MessageSequence::read and read_message.
+// Checks messages one after the other: what stands between them, their envelopes, type lines and
+// the opening lines of their blocks. The steps are those of MessageSequence::read and read_message.
 #include "check_block.h"
 #include "check_state.h"
 #include "message_kinds.h"
@@ -64,7 +64,7 @@ void MessagesCheck::check_envelope() {
                          "a message begins with the line 'msg {': the reader looks at the first "
                          "three letters only, and skips the rest of this line");
     } else {
-        check_behind_brace(check_, brace, line);
+        check_after_brace(check_, brace, line);
     }
     cursor_.step_over_line();
     cursor_.skip_blanks();
@@ -91,37 +91,37 @@ const MessageKind *MessagesCheck::check_kind(const Line &line, std::string_view 
                          Quoted{kind->name}, " carry no record: the reader refuses the text");
         return nullptr;
     }
-    const char *behind = name.data() + std::string_view(kind->name).size();
-    const std::string_view rest = trimmed(behind, line.end);
+    const char *after = name.data() + std::string_view(kind->name).size();
+    const std::string_view rest = trimmed(after, line.end);
     if (!rest.empty()) {
         findings_.report(KVT_FINDING_LONGER_KIND, check_.mark(rest), "the reader takes this for ",
-                         Quoted{kind->name}, " and skips what stands behind it, ", Quoted{rest});
+                         Quoted{kind->name}, " and skips what stands after it, ", Quoted{rest});
     }
     return kind;
 }
 
-/// Checks the type line, and steps to the line behind it. Null where the reader knows no kind from
+/// Checks the type line, and steps to the line after it. Null where the reader knows no kind from
 /// it.
 const MessageKind *MessagesCheck::check_type_line() {
     static constexpr std::string_view key = "type:";
     const Line line = check_.look_at_line();
     if (!cursor_.begins_with(key)) {
         findings_.report(KVT_FINDING_NO_TYPE, check_.mark(line),
-                         "the line behind 'msg {' must say the kind, such as 'type: END_JOB': the "
+                         "the line after 'msg {' must say the kind, such as 'type: END_JOB': the "
                          "reader refuses the text");
         return nullptr;
     }
     const char *name = skip_spaces(line.at + key.size(), line.end);
-    const char *behind = name;
-    while (behind != line.end && !is_space(*behind)) {
-        ++behind;
+    const char *after = name;
+    while (after != line.end && !is_space(*after)) {
+        ++after;
     }
-    if (name == behind) {
+    if (name == after) {
         findings_.report(KVT_FINDING_NO_TYPE, check_.mark(line),
-                         "no kind stands behind 'type:' on its line");
+                         "no kind stands after 'type:' on its line");
         return nullptr;
     }
-    const MessageKind *kind = check_kind(line, {name, static_cast<size_t>(behind - name)});
+    const MessageKind *kind = check_kind(line, {name, static_cast<size_t>(after - name)});
     cursor_.step_over_line();
     cursor_.skip_blanks();
     return kind;
@@ -153,7 +153,7 @@ bool MessagesCheck::check_no_brace(const MessageKind &kind, const Line &line,
     return !closes;
 }
 
-/// Checks the line that opens the record's block, and steps to the line behind it. False where the
+/// Checks the line that opens the record's block, and steps to the line after it. False where the
 /// message has no block to be checked.
 bool MessagesCheck::check_record_line(const MessageKind &kind) {
     if (cursor_.at_end()) {
@@ -179,7 +179,7 @@ bool MessagesCheck::check_record_line(const MessageKind &kind) {
                           "the block of ", Quoted{kind.name}, " is ", Quoted{kind.block},
                           ": the reader does not look at its name");
     }
-    check_behind_brace(check_, brace, line);
+    check_after_brace(check_, brace, line);
     cursor_.step_over_line();
     return true;
 }
@@ -199,12 +199,11 @@ void MessagesCheck::check_end(const MessageKind &kind) {
         return;
     }
     if (has_character(line.at, line, '}')) {
-        check_behind_brace(check_, line.at, line);
+        check_after_brace(check_, line.at, line);
         cursor_.step_over_line();
         return;
     }
-    findings_.report(KVT_FINDING_OUTSIDE, check_.mark(line), "behind the block ",
-                     Quoted{kind.block},
+    findings_.report(KVT_FINDING_OUTSIDE, check_.mark(line), "after the block ", Quoted{kind.block},
                      " only the closing brace of its message belongs: the "
                      "reader takes this line for that, and stops");
     seek_message();
@@ -253,7 +252,7 @@ void MessagesCheck::check_start() {
                               : "a text must begin with 'msg', or the reader refuses it");
 }
 
-/// Steps from behind a message to the next one, or to the end.
+/// Steps from the end of a message to the next one, or to the end of the text.
 void MessagesCheck::check_between() {
     for (cursor_.skip_blanks(); !cursor_.at_end(); cursor_.skip_blanks()) {
         if (cursor_.begins_with("msg")) {

@@ -10,7 +10,7 @@ using namespace kvt_str;
 
 namespace {
 
-/// The room for a float's characters: more are none that anybody would write.
+/// The room for a float's characters. Nobody writes a longer one.
 constexpr size_t longest_real = 60;
 
 /// A float keeps at least so many decimal digits, and so many are written.
@@ -30,7 +30,7 @@ const char *skip_sign(const char *at, const char *end) {
     return at != end && (*at == '-' || *at == '+') ? at + 1 : at;
 }
 
-/// Behind an exponent, when one stands at `at`.
+/// The position after the exponent, when one stands at `at`.
 const char *skip_exponent(const char *at, const char *end, char mark) {
     if (at == end || lower(*at) != mark) {
         return at;
@@ -167,7 +167,7 @@ bool check_real(Check &check, const Row &row, const Line &line) {
 }
 
 const char *end_of_plain_real(const char *at, const char *end) {
-    // Not more digits than are kept, and a point behind one: no such number has an exponent.
+    // At most as many digits as are kept, with a point after any of them, and no exponent.
     const char *most = end - at > ptrdiff_t{kept_digits} + 1 ? at + kept_digits + 1 : end;
     const char *first = at;
     const char *point = nullptr;

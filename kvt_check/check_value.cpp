@@ -32,10 +32,10 @@ void report_no_value(Check &check, const Row &row, const Line &line) {
         below != check.cursor.end() && (*below == '-' || *below == '+') ? below + 1 : below;
     if (digit != check.cursor.end() && is_digit(*digit) && row.kind != RowKind::text &&
         row.kind != RowKind::joined_text) {
-        check.findings.report(KVT_FINDING_NO_VALUE, check.mark(line), "no value stands behind ",
+        check.findings.report(KVT_FINDING_NO_VALUE, check.mark(line), "no value stands after ",
                               Quoted{key_of(row)}, ": the reader takes the number on a line below");
     } else {
-        check.findings.report(KVT_FINDING_NO_VALUE, check.mark(line), "no value stands behind ",
+        check.findings.report(KVT_FINDING_NO_VALUE, check.mark(line), "no value stands after ",
                               Quoted{key_of(row)}, ": ", consequence(row));
     }
 }
@@ -43,8 +43,8 @@ void report_no_value(Check &check, const Row &row, const Line &line) {
 void report_rest(Check &check, const Line &line, std::string_view value, const char *at) {
     const std::string_view rest = trimmed(at, line.end);
     if (!rest.empty()) {
-        check.findings.report(KVT_FINDING_BEHIND_NUMBER, check.mark(rest), "the reader takes ",
-                              Quoted{value}, " and skips what stands behind it, ", Quoted{rest});
+        check.findings.report(KVT_FINDING_AFTER_NUMBER, check.mark(rest), "the reader takes ",
+                              Quoted{value}, " and skips what stands after it, ", Quoted{rest});
     }
 }
 
@@ -140,14 +140,14 @@ namespace {
 
 /// Tells of what stands between the colon and the first quote, which the reader skips; it wants one
 /// character there at least. False where there is none.
-bool check_before_text(Check &check, const char *behind_colon, const char *quote) {
-    if (quote == behind_colon) {
+bool check_before_text(Check &check, const char *after_colon, const char *quote) {
+    if (quote == after_colon) {
         check.findings.report(KVT_FINDING_BEFORE_TEXT, check.mark(quote - 1, quote + 1),
                               "a blank belongs between the colon and the quote: the reader does "
                               "not read the text");
         return false;
     }
-    const std::string_view before = trimmed(behind_colon, quote);
+    const std::string_view before = trimmed(after_colon, quote);
     if (!before.empty()) {
         check.findings.report(KVT_FINDING_BEFORE_TEXT, check.mark(before),
                               "the reader skips what stands before the quote, ", Quoted{before});
@@ -158,10 +158,10 @@ bool check_before_text(Check &check, const char *behind_colon, const char *quote
 } // namespace
 
 std::string_view check_text(Check &check, const Row &row, const Line &line, size_t longest) {
-    const char *behind_colon = value_of(row, line);
-    const char *quote = find_character('"', behind_colon, line.end);
+    const char *after_colon = value_of(row, line);
+    const char *quote = find_character('"', after_colon, line.end);
     if (quote == nullptr) {
-        const std::string_view value = trimmed(behind_colon, line.end);
+        const std::string_view value = trimmed(after_colon, line.end);
         if (value.empty()) {
             report_no_value(check, row, line);
         } else {
@@ -171,7 +171,7 @@ std::string_view check_text(Check &check, const Row &row, const Line &line, size
         }
         return {};
     }
-    if (!check_before_text(check, behind_colon, quote)) {
+    if (!check_before_text(check, after_colon, quote)) {
         return {};
     }
     const char *begin = quote + 1;
@@ -191,7 +191,7 @@ std::string_view check_text(Check &check, const Row &row, const Line &line, size
     if (value.size() > longest) {
         check.findings.report(KVT_FINDING_LONG_TEXT, check.mark(begin + longest, closing),
                               Quoted{key_of(row)}, " holds ", uint64_t{longest},
-                              " bytes: the reader cuts what stands behind them");
+                              " bytes: the reader cuts what stands after them");
     }
     if (has_brace(begin, closing)) {
         check.findings.report(KVT_FINDING_BRACE_IN_TEXT, check.mark(value),
@@ -199,11 +199,10 @@ std::string_view check_text(Check &check, const Row &row, const Line &line, size
     }
     const std::string_view rest = trimmed(closing + 1, line.end);
     if (!rest.empty()) {
-        check.findings.report(
-            KVT_FINDING_BEHIND_TEXT, check.mark(rest),
-            "a text ends at its second quote: the reader skips what stands behind "
-            "it, ",
-            Quoted{rest});
+        check.findings.report(KVT_FINDING_AFTER_TEXT, check.mark(rest),
+                              "a text ends at its second quote: the reader skips what stands after "
+                              "it, ",
+                              Quoted{rest});
     }
     return first_of(value, longest);
 }

@@ -1,7 +1,7 @@
 // Checks one line of a row whose value stands on that line: a number, a float or a quoted text.
 //
 // What the reader does with such a line, in engine/read.cpp and engine/read_arrays.cpp, decides
-// what is reported: blanks before a value are skipped, and newlines, too; what stands behind a
+// what is reported: blanks before a value are skipped, and newlines, too; what stands after a
 // value is ignored; a number is cut to the width of its field.
 #pragma once
 
@@ -38,7 +38,7 @@ inline const char *value_of(const kvt_str::Row &row, const Line &line) {
 /// Tells of a line that ends where its value should be. A conversion goes on to the next lines.
 void report_no_value(Check &check, const kvt_str::Row &row, const Line &line);
 
-/// Tells of what stands behind a number that ends at `at`, if anything does.
+/// Tells of what stands after a number that ends at `at`, if anything does.
 void report_rest(Check &check, const Line &line, std::string_view value, const char *at);
 
 // Each of these takes a line that begins with the row's key and a colon. Nothing is returned, or an

@@ -29,7 +29,7 @@ struct Line {
 };
 
 /// What the reader's conversions and its scanner skip, together. A carriage return, form feed or
-/// vertical tab that stands at the end of a line, or before a value, is lost without a loss.
+/// vertical tab that stands at the end of a line, or before a value, is no loss.
 inline const char *skip_spaces(const char *at, const char *end) {
     while (at != end && kvt_str::is_space(*at)) {
         ++at;
@@ -63,11 +63,11 @@ inline bool has_brace(const char *at, const char *end) {
 
 /// The word that a line begins with; empty where it begins with something else.
 inline std::string_view first_word(const char *at, const char *end) {
-    const char *behind = at;
-    while (behind != end && is_word_character(*behind)) {
-        ++behind;
+    const char *after = at;
+    while (after != end && is_word_character(*after)) {
+        ++after;
     }
-    return {at, static_cast<size_t>(behind - at)};
+    return {at, static_cast<size_t>(after - at)};
 }
 
 /// Within a line, to what is neither a space nor a tab.
@@ -103,7 +103,7 @@ public:
         return has(word.size()) && std::memcmp(here_.at, word.data(), word.size()) == 0;
     }
 
-    /// Skips blanks, newlines among them: to the first character of a line that is none.
+    /// Skips blanks and newlines, to the first character that is neither.
     void skip_blanks() {
         for (; here_.at != end_ && kvt_str::is_blank(*here_.at); ++here_.at) {
             if (*here_.at == '\n') {
@@ -112,13 +112,13 @@ public:
         }
     }
 
-    /// Steps to the line that begins at `start`, behind the newline of the line of here().
+    /// Steps to the line that begins at `start`, after the newline of the line of here().
     void step_to_line(const char *start) {
         here_.at = start;
         begin_line(start);
     }
 
-    /// Steps behind the newline of the line.
+    /// Steps after the newline of the line.
     void step_over_line();
 
     /// Skips the block that the line opens, as find_block_end does, but no further than to a line

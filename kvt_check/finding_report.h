@@ -52,7 +52,7 @@ public:
     /// The caller wants no more.
     bool stopped() const { return stopped_; }
 
-    /// Somebody looks at what is reported: else nothing need be made for it but the kind.
+    /// The caller looks at each finding. Otherwise findings are only counted.
     bool is_watched() const { return callback_ != nullptr; }
 
     /// Reports one finding; `parts` are those of its sentence (finding_words.h).

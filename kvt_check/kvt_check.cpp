@@ -43,7 +43,7 @@ size_t kvt_check(const char *text, size_t length, kvt_finding_callback *report, 
 
     Check check{Cursor(begin, text_end), Findings(begin, text_end, report, user)};
     check_messages(check);
-    // NULs at the end are none of the text: a string may be handed over with its own.
+    // NULs at the end do not belong to the text: a string may be handed over with its own.
     if (!check.findings.stopped() && !is_all_nul(text_end, end)) {
         check.findings.report(KVT_FINDING_NUL, check.mark(text_end, text_end + 1),
                               "a NUL character ends the text for the reader: what follows is not "

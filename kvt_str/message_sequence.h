@@ -15,7 +15,7 @@ public:
     MessageSequence &operator=(const MessageSequence &) = delete;
 
     /// Reads the messages from `begin`, where one begins, as many as begin within `length`. The
-    /// arrays have an entry for every envelope of the text, also behind `length`. False when
+    /// arrays have an entry for every envelope of the text, also after `length`. False when
     /// a message is bad, which is logged, or memory runs out.
     bool read(const char *begin, uint32_t length);
 

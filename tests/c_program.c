@@ -93,7 +93,7 @@ static void step_through_lines(void) {
     const char text[] = "block {\n  key: 1\n}\nnext";
     expect(check_start_msg(text) == 1 && check_end_msg(text) == 0, "the first line opens");
     expect(strcmp(next_line(text), "key: 1\n}\nnext") == 0, "the next line");
-    expect(strcmp(find_end_msg(text), "next") == 0, "behind the block");
+    expect(strcmp(find_end_msg(text), "next") == 0, "after the block");
     expect(strcmp(next_msg(text, 99), "key: 1\n}\nnext") == 0, "the next message");
 }
 

@@ -38,7 +38,7 @@ public:
         return found_problems;
     }
 
-    /// For people, behind what they have seen of it.
+    /// Tells people the numbers, after the findings.
     void sum_up() const {
         if (findings_.count() > 0 && !options_.quiet && options_.form != FindingForm::json) {
             say(std::to_string(findings_.count()) +

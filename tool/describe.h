@@ -43,7 +43,7 @@ struct Notation {
     std::string (*record)(const Record &record);
 };
 
-/// What stands behind the key, and what ends or counts a list.
+/// What stands after the key, and what ends or counts a list.
 std::string type_of(const Record &table, const Row &row, const Notation &notation);
 
 /// When the writer writes it.

@@ -79,7 +79,7 @@ private:
 /// Messages to read ahead at first: most differences are small, and both sides soon agree again.
 constexpr size_t short_look = 16;
 
-/// Where both sides agree again: behind so many pairs without anything between them that are equal.
+/// Where both sides agree again: after so many pairs without anything between them that are equal.
 /// Messages that are not identified do not count: they may be the same everywhere.
 constexpr size_t agreeing_pairs = 4;
 
@@ -161,7 +161,7 @@ void Comparison::take_only_b(size_t count) {
 }
 
 /// Takes pairs and what stands before them, but nothing from `stop` on. Returns whether it took all
-/// of the pairs, and in `taken` what is behind the last one.
+/// of the pairs, and in `taken` what is after the last one.
 bool Comparison::take_pairs(std::span<const AlignedPair> pairs, AlignedPair stop,
                             AlignedPair &taken) {
     taken = {0, 0};

@@ -126,7 +126,7 @@ void RecordComparison::compare_values(const Record &table, const Row &row, const
     const Within within(*this, key_of(row));
     std::string before = shown_value(row, a);
     std::string after = shown_value(row, b);
-    if (before == after) { // floats, whose difference lies behind the digits that are written
+    if (before == after) { // floats, whose difference lies beyond the digits that are written
         before = exact_real(real_of(row, a));
         after = exact_real(real_of(row, b));
     }

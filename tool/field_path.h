@@ -30,7 +30,7 @@ struct FoundField {
 };
 
 /// A path, by the keys of the format's tables: keys with dots between them, the name of the
-/// message's block in front or not. `[3]` behind the key of a list is its element 3, counted from
+/// message's block in front or not. `[3]` after the key of a list is its element 3, counted from
 /// 0; `[*]`, or no index, is all its elements.
 class FieldPath {
 public:
@@ -55,7 +55,7 @@ private:
     struct Step {
         std::string key;
         size_t offset;                 ///< of the key in the path's text
-        bool has_index;                ///< something stands in brackets behind the key
+        bool has_index;                ///< something stands in brackets after the key
         std::optional<uint64_t> index; ///< none for all elements
     };
 

@@ -92,7 +92,7 @@ bool FieldPathParser::take_index(FieldPath::Step &step) {
     } else {
         const char *begin = text_.data() + at_;
         uint64_t index = 0;
-        const auto [behind, error] = std::from_chars(begin, text_.data() + text_.size(), index);
+        const auto [after, error] = std::from_chars(begin, text_.data() + text_.size(), index);
         if (error == std::errc::result_out_of_range) {
             return fail("this index is too large");
         }
@@ -100,7 +100,7 @@ bool FieldPathParser::take_index(FieldPath::Step &step) {
             return fail("an index is a number, from 0 on, or *");
         }
         step.index = index;
-        at_ += static_cast<size_t>(behind - begin);
+        at_ += static_cast<size_t>(after - begin);
     }
     if (next() != ']') {
         return fail("\"]\" is missing");

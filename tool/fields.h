@@ -50,7 +50,7 @@ float real_of(const Row &row, const void *record);
 /// A text without its NUL; empty where there is none.
 std::string_view text_of(const Row &row, const void *record);
 
-/// The elements of a list, or the record of a block, one behind the other.
+/// The elements of a list, or the record of a block, one after the other.
 struct Elements {
     const char *first;
     uint64_t count;

@@ -121,8 +121,8 @@ struct Check {
         std::string underline = underneath(marked, '~');
         underline = "^" + (underline.empty() ? "" : underline.substr(1));
         const char *cut_before = from > 0 ? "..." : "";
-        const char *cut_behind = from + shown.size() < line.size() ? "..." : "";
-        return "  " + number + " | " + cut_before + printable(shown) + cut_behind + "\n" + margin +
+        const char *cut_after = from + shown.size() < line.size() ? "..." : "";
+        return "  " + number + " | " + cut_before + printable(shown) + cut_after + "\n" + margin +
                (from > 0 ? "   " : "") + underneath(before, ' ') + colours.mark + underline +
                colours.off + "\n";
     }

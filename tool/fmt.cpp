@@ -16,7 +16,7 @@ namespace {
 
 /// The messages of some units in normal form.
 struct Formatted {
-    std::string text; ///< with an empty line behind every message
+    std::string text; ///< with an empty line after every message
     std::vector<Finding> findings;
     bool is_incomplete = false; ///< for want of memory
     Likeness likeness = Likeness::same;
@@ -102,7 +102,7 @@ private:
         status_ = cannot_use(error.name, error.reason);
     }
 
-    /// Puts out texts with an empty line behind each; that of the last one waits for the next.
+    /// Puts out texts with an empty line after each; that of the last one waits for the next.
     void put(std::string_view texts) {
         if (texts.empty() || options_.to == To::nowhere) {
             return;

@@ -63,8 +63,8 @@ bool parse_number(std::string_view digits, uint64_t &value) {
     const bool is_hexadecimal = digits.starts_with("0x") || digits.starts_with("0X");
     const char *begin = digits.data() + (is_hexadecimal ? 2 : 0);
     const char *end = digits.data() + digits.size();
-    const auto [behind, error] = std::from_chars(begin, end, value, is_hexadecimal ? 16 : 10);
-    return error == std::errc() && behind == end;
+    const auto [after, error] = std::from_chars(begin, end, value, is_hexadecimal ? 16 : 10);
+    return error == std::errc() && after == end;
 }
 
 uint64_t signed_from_json(const Json &json, const Path &path) {
@@ -76,8 +76,8 @@ uint64_t signed_from_json(const Json &json, const Path &path) {
     } else if (json.is_string()) {
         const auto &digits = json.get_ref<const std::string &>();
         const char *end = digits.data() + digits.size();
-        const auto [behind, error] = std::from_chars(digits.data(), end, value);
-        if (error != std::errc() || behind != end) {
+        const auto [after, error] = std::from_chars(digits.data(), end, value);
+        if (error != std::errc() || after != end) {
             path.fail(excerpt(json) + " is not a whole number");
         }
     } else {
@@ -324,7 +324,7 @@ const MessageKind &kind_from_json(const Json &message) {
 namespace {
 
 /// Builds a value from what the parser finds. The library's own builder looks through all elements
-/// of a list behind each of them, and through all keys of an object before each.
+/// of a list after each of them, and through all keys of an object before each.
 class Builder : public nlohmann::json_sax<Json> {
 public:
     explicit Builder(std::string_view text) : text_(text) {}

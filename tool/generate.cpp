@@ -88,7 +88,7 @@ void fill(const Plan &plan, void *record, const Site &site);
 void fill_text(const Plan::Field &field, void *record, const Site &site) {
     const std::string text = field.text(site);
     char *member = member_of(*field.row, record);
-    // The memory is zeroed: there is a NUL behind the text.
+    // The memory is zeroed: there is a NUL after the text.
     if (field.row->kind == RowKind::text) {
         text.copy(member, field.row->capacity - 1U);
     } else if (!text.empty()) {

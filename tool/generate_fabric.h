@@ -36,7 +36,7 @@ public:
 
     uint64_t switch_guid(uint64_t number) const { return guids_ + 0x800000 + 0x40 * (number + 1); }
 
-    /// The LIDs of hosts begin behind those of the aggregation nodes of the largest job.
+    /// The LIDs of hosts begin after those of the aggregation nodes of the largest job.
     static uint64_t host_lid(uint64_t host) { return 0x1001 + host; }
 
     static uint64_t switch_lid(uint64_t number) { return 0x01 + number; }
@@ -98,7 +98,7 @@ public:
     uint64_t parent_of(uint64_t node) const;
 
 private:
-    std::vector<uint64_t> starts_; ///< of the levels, and behind the last one
+    std::vector<uint64_t> starts_; ///< of the levels, and after the last one
 };
 
 /// How switches make a fat tree. Up to 32 have two levels, where each leaf has a link to each

@@ -20,7 +20,7 @@ uint64_t tree_of_connection(const Site &at) {
     return at.scene.job.tree_id(at.index / at.scene.size);
 }
 
-/// The places behind those in use are 0: so the reader leaves them, and so all 64 are written.
+/// The places after those in use are 0: so the reader leaves them, and so all 64 are written.
 uint64_t child_index(const Site &at) {
     const uint64_t host = host_of_connection(*at.outer);
     const uint64_t used = 1 + at.scene.job.groups % 4;

@@ -21,7 +21,7 @@ struct Place {
     size_t listed = 0;
 };
 
-/// The nodes in the order of the message, behind them those that only links name.
+/// The nodes in the order of the message, after them those that only links name.
 std::vector<Place> places_of(const vemra_resource_message &message) {
     std::map<uint64_t, size_t> index_of_guid;
     std::vector<Place> places;

@@ -37,7 +37,7 @@ bool JsonStream::find_end(Scan &scan) const {
         const char character = pending_[scan.at];
         if (character == '\n') {
             // On a line of its own, and with its first key beside the brace, begins a new message:
-            // one that is broken does not take those behind it along.
+            // one that is broken does not take those after it along.
             if (scan.at + 2 >= pending_.size() && !ended_) {
                 return false;
             }

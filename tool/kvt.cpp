@@ -83,9 +83,9 @@ const CLI::Validator whole_number(
     [](std::string &word) {
         uint64_t number = 0;
         const char *end = word.data() + word.size();
-        const auto [behind, error] = std::from_chars(word.data(), end, number);
-        return behind == end && error == std::errc() ? std::string()
-                                                     : word + " is no whole number of 64 bits";
+        const auto [after, error] = std::from_chars(word.data(), end, number);
+        return after == end && error == std::errc() ? std::string()
+                                                    : word + " is no whole number of 64 bits";
     },
     "");
 
@@ -341,7 +341,7 @@ void add_show(CLI::App &app) {
     static std::string path;
     CLI::App *command = add_command(
         app, "show", "Print the values at a field path.",
-        "A path is made of keys with dots between them. [3] behind the key of a list is its "
+        "A path is made of keys with dots between them. [3] after the key of a list is its "
         "element\n"
         "3, counted from 0; [*], or nothing, all of them. Messages without the field are passed "
         "over.\n\n"

@@ -33,7 +33,7 @@ private:
     void match_ends();
     Hashes hashes(bool of_b, const Hash &hash) const;
     void match_by(const Hash &hash);
-    void match_behind_neighbours();
+    void match_after_neighbours();
     void match_before_neighbours();
     bool partners_ascend() const;
 
@@ -83,7 +83,7 @@ void Matcher::match_by(const Hash &hash) {
     }
 }
 
-void Matcher::match_behind_neighbours() {
+void Matcher::match_after_neighbours() {
     size_t b = begin_;
     for (size_t a = begin_; a < end_a_; ++a) {
         const size_t partner = matches_.partner_of_a[a];
@@ -96,7 +96,7 @@ void Matcher::match_behind_neighbours() {
 }
 
 void Matcher::match_before_neighbours() {
-    size_t b = end_b_; // behind the one that is tried
+    size_t b = end_b_; // after the one that is tried
     for (size_t a = end_a_; a-- > begin_;) {
         const size_t partner = matches_.partner_of_a[a];
         if (partner != unmatched) {
@@ -127,7 +127,7 @@ ElementMatches Matcher::match() {
     if (lists_.identity) {
         match_by(lists_.identity);
     }
-    match_behind_neighbours();
+    match_after_neighbours();
     match_before_neighbours();
     matches_.in_order = partners_ascend();
     return std::move(matches_);

@@ -33,7 +33,7 @@ struct ElementMatches {
 };
 
 /// Matches the elements of two lists: first what is equal at both ends, then equal elements in
-/// order of occurrence, then those of one identity, at last those that stand behind the same
+/// order of occurrence, then those of one identity, at last those that stand after the same
 /// neighbour. Every element has one partner at most. The time is that of sorting the hashes of what
 /// lies between the equal ends, whatever the elements are.
 ElementMatches match_elements(const ListPair &lists);

@@ -29,7 +29,7 @@ public:
     MessageSource(const MessageSource &) = delete;
     MessageSource &operator=(const MessageSource &) = delete;
 
-    /// The next message; nothing, again and again, behind the last one.
+    /// The next message; nothing, again and again, after the last one.
     virtual std::optional<Message> next() = 0;
 };
 

@@ -19,17 +19,16 @@ const char *find_next_message(const char *at) {
 
 const char *read_one(kvt_str::Input &input, const char *at, const MessageKind *&kind, void **record,
                      bool &closed) {
-    const char *behind_record = read_message(input, at, tool_reader, kind, record);
-    if (behind_record == nullptr) {
+    const char *after_record = read_message(input, at, tool_reader, kind, record);
+    if (after_record == nullptr) {
         return nullptr;
     }
-    closed = *behind_record == '}';
+    closed = *after_record == '}';
     if (closed) {
-        return kvt_str::next_line(behind_record);
+        return kvt_str::next_line(after_record);
     }
-    return *behind_record == '\0' || begins_message(behind_record)
-               ? behind_record
-               : find_next_message(behind_record);
+    return *after_record == '\0' || begins_message(after_record) ? after_record
+                                                                 : find_next_message(after_record);
 }
 
 } // namespace kvt_tool

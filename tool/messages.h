@@ -18,7 +18,7 @@ struct ReadMessage {
     void *record; ///< to be set to null when it is taken over
     const Unit &unit;
     const char *begin; ///< in the unit's text
-    const char *end;   ///< behind its closing line, and behind the blank lines below
+    const char *end;   ///< after its closing line, and after the blank lines below
     uint64_t line;     ///< of its begin, in the input
 };
 

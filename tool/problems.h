@@ -16,7 +16,7 @@ enum ExitStatus : int {
 /// The worse of two.
 ExitStatus worse(ExitStatus a, ExitStatus b);
 
-/// Says some lines on standard error, behind all that is already on standard output.
+/// Says some lines on standard error, after all that is already on standard output.
 void say(const std::string &lines);
 
 /// Says that an input or output cannot be used, and why.

@@ -10,7 +10,7 @@
 namespace kvt_tool {
 
 struct ShowOptions {
-    bool with_paths = false; ///< each value behind its input, line and path
+    bool with_paths = false; ///< each value after its input, line and path
     unsigned threads = 1;
 };
 

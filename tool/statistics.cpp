@@ -71,7 +71,7 @@ uint64_t SizeHistogram::quantile(unsigned percent) const {
 
 namespace {
 
-/// The rows of a record behind which there are elements, at whatever depth. So records that hold no
+/// The rows of a record after which there are elements, at whatever depth. So records that hold no
 /// lists, of which there are many, need not be looked at.
 struct ListRows {
     struct ListRow {

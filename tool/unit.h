@@ -12,7 +12,7 @@
 namespace kvt_tool {
 
 /// A part of an input. It begins where a message begins, or holds what stands outside of messages.
-/// As a rule it is one message with the empty lines behind it.
+/// As a rule it is one message with the empty lines after it.
 struct Unit {
     const std::string &input; ///< its name, as it is shown
     const char *text;         ///< ends with a NUL
@@ -33,10 +33,10 @@ public:
             line += count_lines(counted, start);
             counted = start;
             // The unit's text ends here for as long as it is looked at.
-            const char behind = text_[end];
+            const char after = text_[end];
             text_[end] = '\0';
             work(Unit{*input_, text_.data() + start, end - start, line, offset_ + start, is_cut_});
-            text_[end] = behind;
+            text_[end] = after;
         }
     }
 

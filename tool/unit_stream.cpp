@@ -17,7 +17,7 @@ bool is_blank(char character) {
 }
 
 /// By how much a line may change the depth. The codec counts all braces of a line, or one of a
-/// kind, or none behind a key, as it depends on the block: a message that is taken for longer than
+/// kind, or none after a key, as it depends on the block: a message that is taken for longer than
 /// it is ends where the next one begins at the latest, but one that is cut short is lost.
 int64_t greatest_change_of_depth(std::string_view line) {
     const auto opening = std::ranges::count(line, '{');
@@ -31,7 +31,7 @@ int64_t greatest_change_of_depth(std::string_view line) {
 
 } // namespace
 
-/// Where the brace stands that makes a message of the word at `word`: behind blanks only. The end
+/// Where the brace stands that makes a message of the word at `word`: after blanks only. The end
 /// of what has been read when that may come, npos when it does not.
 size_t UnitStream::find_opening(size_t word) const {
     const size_t farthest = word + 3 + long_unit; // more blanks than that are none of a message
@@ -57,7 +57,7 @@ void UnitStream::begin_unit(size_t start) {
     }
 }
 
-/// Finds where the next message begins behind the unit's own beginning. False when none does in
+/// Finds where the next message begins after the unit's own beginning. False when none does in
 /// what has been read.
 bool UnitStream::find_next_beginning(size_t &beginning) {
     for (;;) {

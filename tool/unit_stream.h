@@ -14,7 +14,7 @@ namespace kvt_tool {
 ///
 /// A unit ends where a line begins with "msg {" without indentation: the next message begins there,
 /// even if the one before is not closed. Where no such line comes within `long_unit` bytes, it ends
-/// behind the line that closes the message, by its braces. Text outside of messages ends at "msg {"
+/// after the line that closes the message, by its braces. Text outside of messages ends at "msg {"
 /// with any indentation, and is dropped, but for its beginning, where it is longer than that.
 class UnitStream : UnitReader {
 public:

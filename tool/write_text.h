@@ -1,4 +1,4 @@
-// Messages in the text form, an empty line behind each.
+// Messages in the text form, an empty line after each.
 #pragma once
 
 #include <string>
@@ -14,8 +14,8 @@ bool add_text(const kvt_str::MessageKind &kind, const void *record, std::string 
 /// How a part of a text compares with its normal form, in which an empty line stands between
 /// messages.
 enum class Likeness {
-    same,  ///< with an empty line behind every message
-    ended, ///< the same, and without the empty line behind the last message: nothing may follow
+    same,  ///< with an empty line after every message
+    ended, ///< the same, and without the empty line after the last message: nothing may follow
     other,
 };
 

@@ -10,7 +10,7 @@
 int main(void) {
     const vemra_end_job job = {.job_id = 5, .reservation_id = 7};
     const uint32_t size = kvt_str_get_buf_size(VEMRA_MSG_TYPE_END_JOB, &job);
-    char *text = size != 0 ? malloc(size) : NULL;
+    char *text = size >= 9 ? malloc(size) : NULL;
     if (text == NULL || kvt_msg_to_str(VEMRA_MSG_TYPE_END_JOB, &job, text) != 0) {
         fprintf(stderr, "cannot write the message\n");
         free(text);

@@ -23,7 +23,7 @@ using EndJob = std::unique_ptr<vemra_end_job, Release<VEMRA_MSG_TYPE_END_JOB>>;
 std::string write(const vemra_end_job &job) {
     const uint32_t size = kvt_str_get_buf_size(VEMRA_MSG_TYPE_END_JOB, &job);
     std::string text(size, '\0');
-    if (size == 0 || kvt_msg_to_str(VEMRA_MSG_TYPE_END_JOB, &job, text.data()) != 0) {
+    if (size < 9 || kvt_msg_to_str(VEMRA_MSG_TYPE_END_JOB, &job, text.data()) != 0) {
         throw std::runtime_error("cannot write the message");
     }
     text.pop_back(); // the NUL: a string has one of its own

@@ -24,12 +24,13 @@
  *
  * What a text without findings promises: kvt_msg_arr_from_str() reads all of its messages, and
  * kvt_msg_from_str() the first. In the records counts and elements agree, so that they can be given
- * to kvt_msg_to_str(), kvt_str_get_buf_size() and kvt_msg_release() as they are. Every line of the
- * text is a line of what is written then, but for the spelling of numbers (+5, 007), lines that say
- * 0 where 0 is not written, and the order of lines; and what is written has no findings either.
+ * to kvt_msg_to_str(), kvt_str_get_buf_size() and kvt_msg_release() as they are. What is written
+ * then has the same lines as the text, with three exceptions: the spelling of numbers (+5, 007),
+ * lines that say 0 where 0 is not written, and the order of lines. What is written has no findings
+ * either.
  *
  * No findings are: another order of lines, another indentation, blanks and empty lines, a count
- * line that is missing or that stands behind its elements and is right, an array of child indexes
+ * line that is missing or that stands after its elements and is right, an array of child indexes
  * that ends before its 64 places without a 255.
  *
  * Threads: there is no state; all functions may run on several threads at once. Locale: no result
@@ -83,18 +84,18 @@ typedef enum kvt_finding_kind {
     KVT_FINDING_NO_BRACE,        /**< no-brace */
 
     /* Values. */
-    KVT_FINDING_NO_COLON,      /**< no-colon */
-    KVT_FINDING_NO_VALUE,      /**< no-value */
-    KVT_FINDING_NOT_A_NUMBER,  /**< not-a-number */
-    KVT_FINDING_BEHIND_NUMBER, /**< behind-number */
-    KVT_FINDING_OUT_OF_RANGE,  /**< out-of-range */
-    KVT_FINDING_ROUNDED,       /**< rounded */
-    KVT_FINDING_NO_QUOTES,     /**< no-quotes */
-    KVT_FINDING_BEFORE_TEXT,   /**< before-text */
-    KVT_FINDING_EMPTY_TEXT,    /**< empty-text */
-    KVT_FINDING_OPEN_TEXT,     /**< open-text */
-    KVT_FINDING_BEHIND_TEXT,   /**< behind-text */
-    KVT_FINDING_LONG_TEXT,     /**< long-text */
+    KVT_FINDING_NO_COLON,     /**< no-colon */
+    KVT_FINDING_NO_VALUE,     /**< no-value */
+    KVT_FINDING_NOT_A_NUMBER, /**< not-a-number */
+    KVT_FINDING_AFTER_NUMBER, /**< after-number */
+    KVT_FINDING_OUT_OF_RANGE, /**< out-of-range */
+    KVT_FINDING_ROUNDED,      /**< rounded */
+    KVT_FINDING_NO_QUOTES,    /**< no-quotes */
+    KVT_FINDING_BEFORE_TEXT,  /**< before-text */
+    KVT_FINDING_EMPTY_TEXT,   /**< empty-text */
+    KVT_FINDING_OPEN_TEXT,    /**< open-text */
+    KVT_FINDING_AFTER_TEXT,   /**< after-text */
+    KVT_FINDING_LONG_TEXT,    /**< long-text */
 
     /* Lines that undo others. */
     KVT_FINDING_REPEATED_KEY,   /**< repeated-key */
@@ -108,7 +109,7 @@ typedef enum kvt_finding_kind {
     KVT_FINDING_LONE_COUNT,   /**< lone-count */
     KVT_FINDING_WRONG_LENGTH, /**< wrong-length */
     KVT_FINDING_TOO_MANY,     /**< too-many */
-    KVT_FINDING_BEHIND_END,   /**< behind-end */
+    KVT_FINDING_AFTER_END,    /**< after-end */
 
     KVT_FINDING_KINDS /**< how many there are */
 } kvt_finding_kind;
@@ -116,24 +117,26 @@ typedef enum kvt_finding_kind {
 /** One finding. It and its texts live until the callback returns; `name` as long as the program. */
 typedef struct kvt_finding {
     kvt_finding_kind kind; /**< what is wrong */
-    const char *name;      /**< of the kind, such as "unknown-key" */
+    const char *name;      /**< of the kind, such as "unknown-key"; never NULL */
 
     /* The place: the marked characters lie on one line. */
-    size_t line;        /**< from 1 */
-    size_t column;      /**< from 1, in bytes */
-    size_t offset;      /**< from 0, in bytes, from the begin of the text */
+    size_t line;        /**< number of the line, from 1 */
+    size_t column;      /**< place in the line, in bytes, from 1 */
+    size_t offset;      /**< place in the text, in bytes, from 0 */
     size_t length;      /**< of what is marked, in bytes; 0 at the end of a line or of the text */
-    size_t line_offset; /**< where the line begins: offset - column + 1 */
+    size_t line_offset; /**< where the line begins, in bytes: offset - column + 1 */
     size_t line_length; /**< of the line, in bytes, without its newline */
-    size_t first_line;  /**< where something comes again: the line of the first one; else 0 */
+    size_t first_line;  /**< number of the line that this one repeats; 0 when it repeats none */
 
-    const char *message; /**< one sentence or more, without a newline; ends with a NUL, has at most
-                            KVT_FINDING_MESSAGE_ROOM - 1 bytes, all of them printable but for those
-                            of UTF-8 in the text's own words */
+    /** One sentence or more, without a newline. It ends with a NUL and has at most
+     *  KVT_FINDING_MESSAGE_ROOM - 1 bytes. All are printable, but for those of UTF-8 in the text's
+     *  own words. Never NULL. */
+    const char *message;
     const char *nearest; /**< the known key, block or kind that was probably meant; else NULL */
-    const char *path;    /**< the block, such as "topology_info_list.switches[3]", elements counted
-                            from 0; empty outside of a message's record */
-    size_t in_message;   /**< number of the message in the text, from 1; 0 before the first */
+    /** The block, such as "topology_info_list.switches[3]", elements counted from 0. Empty outside
+     *  of a message's record; never NULL. */
+    const char *path;
+    size_t in_message; /**< number of the message in the text, from 1; 0 before the first */
 } kvt_finding;
 
 /** Room for a message and its NUL. */
@@ -154,23 +157,23 @@ typedef int kvt_finding_callback(const kvt_finding *finding, void *user);
  *
  * @param text    the text. It need not end with a NUL; the readers of the codec end at the first
  *                NUL, and so does the check. NULL is taken for an empty text.
- * @param length  its length in bytes; nothing is read behind it.
- * @param report  is called for each finding, in the order of the text but for those that tell of a
- *                count, which stand at the count's line and come when all elements have been seen.
- *                NULL when the findings are only to be counted.
+ * @param length  its length in bytes; nothing is read after it.
+ * @param report  is called for each finding, in the order of the text. Only findings about a count
+ *                come later: they stand at the count's line and wait until all elements have been
+ *                seen. NULL when the findings are only to be counted.
  * @param user    is handed to `report`.
  *
- * @return the number of findings, with the one that `report` ended the check at; 0 for a text that
- * is read without a loss.
+ * @return the number of findings, including the one at which `report` ended the check; 0 for a text
+ * that is read without a loss.
  *
  * The text must begin with the word "msg", as the readers want it: a caller that lets blanks stand
  * before it skips them. Parts of a larger text can be checked one by one if each holds whole
  * messages. Of carriage returns each call reports only the first.
  *
- * Where the reader would be led astray, so that most of what follows would be read as something
- * else, the check says so at the place and goes on as the text was meant: behind a block on one
- * line or a brace in a quoted text; with the next line that opens a message, "msg {", in a block
- * that is not closed or behind the end of what the reader reads.
+ * Some mistakes lead the reader astray: it would read most of what follows as something else. The
+ * check says so at the place and goes on as the text was meant. It goes on after a block on one
+ * line and after a brace in a quoted text. In a block that is not closed, and after the end of what
+ * the reader reads, it goes on with the next line that opens a message, "msg {".
  */
 KVT_EXPORT size_t kvt_check(const char *text, size_t length, kvt_finding_callback *report,
                             void *user);

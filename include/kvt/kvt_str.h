@@ -2,14 +2,18 @@
  * @file
  * Messages as text: write them, size them, read them back, split a text of many.
  *
- * A message is a plain C record (kvt/messages/) and its kind. To write one:
+ * A message is a plain C record and its kind; kvt/messages/message_type.h lists the kinds and says
+ * what holds for all records. To write one:
  *
  *     vemra_end_job job = {.job_id = 5, .reservation_id = 7};
  *     uint32_t size = kvt_str_get_buf_size(VEMRA_MSG_TYPE_END_JOB, &job);
- *     char *text = malloc(size); // size is 0, and nothing to be written, only for a wrong kind
- *     kvt_msg_to_str(VEMRA_MSG_TYPE_END_JOB, &job, text);
+ *     char *text = size >= 9 ? malloc(size) : NULL;
+ *     if (text == NULL || kvt_msg_to_str(VEMRA_MSG_TYPE_END_JOB, &job, text) != 0) {
+ *         ... there is no text; free it and give up ...
+ *     }
  *
- * `text` now holds
+ * The comparison with 9 matters where the kind is not a constant: kvt_msg_to_str() never writes
+ * less, but for a wrong kind the size is 0 or 6. `text` now holds
  *
  *     msg {
  *       type: END_JOB
@@ -66,7 +70,7 @@ typedef uintptr_t kvt_ignored;
  *
  * @param msg_type  the kind of the message (kvt/messages/message_type.h).
  * @param msg       the record of that kind; only read. NULL is an error. A count in it must not
- *                  exceed the elements behind its pointer; a null pointer counts as no elements.
+ *                  exceed the elements of its array; a null pointer counts as no elements.
  * @param buf       where the text and its NUL go; the caller's. It must have room for as many
  *                  characters as kvt_str_get_buf_size() says for the same record, and for at least
  *                  9: the room is not checked. NULL is an error.
@@ -74,6 +78,19 @@ typedef uintptr_t kvt_ignored;
  * @return 0 when a text was written, -1 when `msg` or `buf` is NULL (nothing is written then).
  * For VEMRA_MSG_TYPE_NONE, VEMRA_MSG_TYPE_LAST and any number that is not a kind, the text is an
  * empty envelope (`"msg {\n}\n"`) and the result still 0: a caller that must know checks the kind.
+ *
+ * Texts of the record are written between double quotes as they are; no character is escaped. Four
+ * characters in them mislead the readers, without an error:
+ *
+ * - A double quote ends the text. The readers lose the rest of it.
+ * - A newline is read as a part of the text. But what follows it is read once more, as lines of the
+ *   record, and may set other members.
+ * - A closing brace ends the block, unless the text stands on the first line of its block. The
+ *   text, the rest of the message and all messages after it are lost.
+ * - An opening brace does no harm to readers that know the text's key. Others skip what follows, up
+ *   to the brace that closes it.
+ *
+ * So refuse texts with these characters, or check what was written with kvt_check().
  *
  * Each failure is logged at level 0. Nothing is allocated.
  */
@@ -87,8 +104,8 @@ KVT_EXPORT int32_t kvt_msg_to_str(int32_t msg_type, const void *msg, char *buf);
  *
  * @return that size; 0, logged at level 0, when `msg` is NULL or `msg_type` is not a kind; 0 also
  * for a text of 4 GiB or more. After a 0 there is nothing to allocate, and kvt_msg_to_str() must
- * not be called. For VEMRA_MSG_TYPE_NONE and VEMRA_MSG_TYPE_LAST it returns 6 and logs, a number of
- * no use: kvt_msg_to_str() writes 9 characters for these.
+ * not be called. For VEMRA_MSG_TYPE_NONE and VEMRA_MSG_TYPE_LAST it logs and returns 6, which is no
+ * size to allocate: kvt_msg_to_str() writes 9 characters for these.
  *
  * Nothing is allocated.
  */
@@ -103,13 +120,14 @@ KVT_EXPORT uint32_t kvt_str_get_buf_size(int32_t msg_type, const void *msg);
  *                  matter. NULL is an error.
  * @param msg       where the address of the new record goes. NULL is an error.
  *
- * @return 0 when a record was stored in `*msg`, however much of the text was understood: unknown
- * lines and blocks are skipped, a value that does not scan leaves its field as it was (0, unless an
- * earlier line of the same key said otherwise), the end of the text ends every block. Returns -1
+ * @return 0 when a record was stored in `*msg`, however much of the text was understood. Returns -1
  * when `buf` or `msg` is NULL, the text does not begin with "msg", its type is not a known one, or
- * the record cannot be allocated; `*msg` is then untouched, but NULL after a failed allocation.
+ * the record cannot be allocated. `*msg` is then untouched, but NULL after a failed allocation.
  * Failures are logged at level 0, except that a text which does not begin with "msg" is refused
  * without a word.
+ *
+ * Unknown lines and blocks are skipped. A value that does not scan leaves its member as it was: 0,
+ * unless an earlier line of the same key said otherwise. The end of the text ends every block.
  *
  * The kind is not told: it is the word on the type line, which the caller knows from elsewhere or
  * takes from kvt_msg_arr_from_str(). Reading a record as one of another kind is an error that
@@ -121,14 +139,14 @@ KVT_EXPORT uint32_t kvt_str_get_buf_size(int32_t msg_type, const void *msg);
  * The record and all that hangs from it come from calloc and realloc and belong to the caller,
  * who gives them to kvt_msg_release() with the kind.
  *
- * Beware of counts in a text that you do not trust. An array's count is set to the number of
- * elements read - but a count line that stands after the elements, or without any, is kept as
- * it was read and may promise elements that are not there (a null pointer, even). Compare before
- * you write, release or walk such a record, or read it with kvt_msg_arr_from_str(), which makes
- * them agree. A count line that says too little does no such harm, but what the elements behind it
- * own is not released with the record. The count of elements that stand in the record itself (the
- * up to 4 groups) is kept as read too: the writer goes no further than their places, and so should
- * whoever walks them.
+ * Beware of counts in a text that you do not trust. An array's count is the number of elements
+ * read. But a count line that stands after the elements, or without any, is kept as it was read. It
+ * may promise elements that are not there; the pointer may even be NULL. Compare before you write,
+ * release or walk such a record, or read it with kvt_msg_arr_from_str(), which makes counts and
+ * elements agree. A count that says too little does less harm: what the elements beyond it own is
+ * not released with the record. The count of elements that stand in the record itself (the up to 4
+ * groups) is kept as read too. The writer goes no further than their places, and so should whoever
+ * walks them.
  */
 KVT_EXPORT int32_t kvt_msg_from_str(kvt_ignored ignored1, kvt_ignored ignored2, const char *buf,
                                     void **msg);
@@ -147,17 +165,17 @@ KVT_EXPORT int32_t kvt_msg_from_str(kvt_ignored ignored1, kvt_ignored ignored2, 
  * @param buf     the NUL-terminated text, beginning with "msg"; between messages only blanks may
  *                stand, and other text after a message ends the reading. NULL is an error.
  * @param length  the text's length in characters. A smaller one stops the reading only when it ends
- *                between two messages, from the last line of the one on: a length that ends
- *                anywhere else within a message wraps around, and the NUL ends the reading.
+ *                between two messages, or on the last line of the first of them. When it ends
+ *                anywhere else within a message, it wraps around, and the NUL ends the reading.
  * @param msgs    where the array of texts goes. NULL is an error.
  * @param kinds   where the array of their kinds goes, in the same order; NULL when not wanted.
  * @param count   where the number of messages goes; NULL when not wanted.
  *
- * @return 0 and stores all three; or -1 and stores none: `buf` or `msgs` is NULL, the text does
+ * @return 0 when all three were stored, or -1 when none was: `buf` or `msgs` is NULL, the text does
  * not begin with "msg", one of the messages is of no known type, or memory ran out. One bad
  * message fails the whole call. Failures are logged at level 0, but for a text that does not
  * begin with "msg" and for arrays that cannot be allocated. A text that cannot be allocated is
- * logged and leaves a null pointer in its place.
+ * logged and leaves a null pointer in its place; the result is still 0.
  *
  * Both arrays and each text come from calloc or realloc and belong to the caller, who frees each
  * with free. Records of the messages are made on the way and given to kvt_msg_release(); in them
@@ -168,15 +186,16 @@ KVT_EXPORT int32_t kvt_msg_arr_from_str(const char *buf, uint32_t length, char *
 
 /**
  * Steps from one message to the next: to the first character that is not a space, tab or newline
- * on a later line, which may be the text's NUL.
+ * on a later line, which may be the text's NUL. What this and the functions below return points
+ * into the text that they were given; they change nothing and allocate nothing.
  *
  * @param text    a position in a NUL-terminated text; NULL gives NULL.
  * @param length  the number of characters from there that may be stepped over. The character just
- *                behind them is looked at too, and is returned, even if it is a space or tab, when
- *                it is reached.
+ *                after them is looked at too. When it is reached it is returned, even if it is a
+ *                space or tab.
  *
- * @return that position, or NULL when `length` is 0, when no newline is left, or when the next
- * line begins behind `length`.
+ * @return that position in the text, or NULL when `length` is 0, when no newline is left, or when
+ * the next line begins after `length`.
  */
 KVT_EXPORT char *next_msg(const char *text, uint32_t length);
 

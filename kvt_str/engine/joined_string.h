@@ -27,8 +27,8 @@ struct JoinedRoom {
                                                        : 2 * capacity;
     }
 
-    /// Adds a value and its comma, in the capacity that it wants. Returns how many characters of the
-    /// value there is room for, beside the NUL; the comma has room only after all of them.
+    /// Adds a value and its comma, in the capacity that it wants. Returns how many characters of
+    /// the value there is room for, beside the NUL; the comma has room only after all of them.
     size_t add(size_t value_length) {
         capacity = capacity_for(value_length);
         reckoned += value_length + 2;

@@ -82,6 +82,7 @@ public:
     constexpr const Row *end() const { return first_ + count_; }
 
     constexpr size_t size() const { return count_; }
+
     constexpr Rows first(size_t count) const { return {first_, count}; }
 
     constexpr const Row &operator[](size_t i) const { return first_[i]; }

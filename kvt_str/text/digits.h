@@ -43,7 +43,7 @@ inline void store_eight(char *out, uint64_t characters) {
 /// How many of the eight characters, from the first on, are digits.
 inline unsigned count_leading_digits(uint64_t characters) {
     // What is 0 to 9 for a digit has its high bit set neither as it stands nor with 118 added. A
-    // carry out of a character that is no digit spoils only those behind it.
+    // carry out of a character that is no digit spoils only those after it.
     const uint64_t values = characters ^ in_each_byte('0');
     const uint64_t others = (values | (values + in_each_byte(118))) & in_each_byte(0x80);
     return others == 0 ? 8 : static_cast<unsigned>(std::countr_zero(others)) / 8;
@@ -51,7 +51,7 @@ inline unsigned count_leading_digits(uint64_t characters) {
 
 /// The number that the first `count` of eight characters stand for, 1 to 8 digits.
 inline uint64_t value_of_digits(uint64_t characters, unsigned count) {
-    // Digits move to the end of the eight, behind zeros; then neighbours are joined: 8 x 1, 4 x 2,
+    // Digits move to the end of the eight, after zeros; then neighbours are joined: 8 x 1, 4 x 2,
     // 2 x 4, 1 x 8.
     uint64_t digits = (characters ^ in_each_byte('0')) << (64 - 8 * count);
     digits = digits * 10 + (digits >> 8);

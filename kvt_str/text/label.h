@@ -1,5 +1,5 @@
 // The constant part of a line - "job_id: ", "quota {" and its newline, "}" and its newline - which
-// stands at one of a few indentations. A label is kept behind blanks, so that label and indentation
+// stands at one of a few indentations. A label is kept after blanks, so that label and indentation
 // lie in one piece at any of them: they are copied and compared in whole words (words.h).
 #pragma once
 

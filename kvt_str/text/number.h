@@ -54,9 +54,9 @@ inline constexpr uint64_t powers_of_ten[20] = {1,
 /// saturates beyond 64 bits. Returns false, and leaves `value`, where that finds no number.
 bool scan_number(const char *at, uint64_t &value);
 
-/// A number's digits and the newline behind them.
+/// A number's digits and the newline after them.
 struct PlainNumber {
-    const char *next; ///< behind the newline; null where something else stands
+    const char *next; ///< after the newline; null where something else stands
     uint64_t value;
 };
 
@@ -99,7 +99,7 @@ inline constexpr auto small_number_lines = [] {
     return lines;
 }();
 
-/// Writes a number in decimal, and a newline. Returns the position behind it. It may store up to
+/// Writes a number in decimal, and a newline. Returns the position after it. It may store up to
 /// four characters more: the closing lines of a block and of its message and a NUL, seven
 /// characters at least, follow and overwrite them.
 KVT_FOLDED char *put_number_line(char *out, uint64_t number) {

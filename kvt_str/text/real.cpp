@@ -37,7 +37,7 @@ char lower(char c) {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
-/// The position behind `word`, in letters of either case, or null.
+/// The position after `word`, in letters of either case, or null.
 const char *after_word(const char *at, const char *word) {
     for (; *word != '\0'; ++at, ++word) {
         if (lower(*at) != *word) {
@@ -69,9 +69,8 @@ bool scan_real(const char *at, float &value) {
         return true;
     }
     if (lower(*at) == 'i') {
-        const char *behind = after_word(at, "inf");
-        if (behind == nullptr ||
-            (lower(*behind) == 'i' && after_word(behind, "inity") == nullptr)) {
+        const char *after = after_word(at, "inf");
+        if (after == nullptr || (lower(*after) == 'i' && after_word(after, "inity") == nullptr)) {
             return false;
         }
         value = sign * std::numeric_limits<float>::infinity();
@@ -84,9 +83,9 @@ bool scan_real(const char *at, float &value) {
         }
     }
     const CLocale c_locale;
-    char *behind = nullptr;
-    const float scanned = std::strtof(number, &behind);
-    if (behind == number) {
+    char *after = nullptr;
+    const float scanned = std::strtof(number, &after);
+    if (after == number) {
         return false;
     }
     value = scanned;

@@ -9,9 +9,9 @@ namespace kvt_str {
 /// Returns false, and leaves `value`, where that finds no number.
 bool scan_real(const char *at, float &value);
 
-/// A float's digits and the newline behind them.
+/// A float's digits and the newline after them.
 struct PlainReal {
-    const char *next; ///< behind the newline; null where something else stands
+    const char *next; ///< after the newline; null where something else stands
     float value;
 };
 

@@ -19,7 +19,7 @@ inline const char *skip_blanks(const char *at) {
     return at;
 }
 
-/// The character behind the line's newline; the text's NUL when no newline is left. For a text
+/// The character after the line's newline; the text's NUL when no newline is left. For a text
 /// whose end is not known; else Text::after_line is faster for all but short lines.
 inline const char *after_newline(const char *at) {
     while (*at != '\0') {
@@ -46,7 +46,7 @@ inline bool begins_with(const char *at, const char *prefix, size_t length) {
 
 /// What one look at a line tells.
 struct Line {
-    const char *next; ///< the character behind the newline, or the text's NUL
+    const char *next; ///< the character after the newline, or the text's NUL
     bool opens;       ///< the line holds "{"
     bool closes;      ///< the line holds "}"
 };

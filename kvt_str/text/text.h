@@ -23,7 +23,7 @@ public:
         return static_cast<size_t>(end_ - at) >= characters;
     }
 
-    /// The character behind the newline of the line at `at`, or end(): as after_newline of the
+    /// The character after the newline of the line at `at`, or end(): as after_newline of the
     /// scanner, and faster for all but short lines.
     const char *after_line(const char *at) const {
         const void *newline = std::memchr(at, '\n', static_cast<size_t>(end_ - at));
@@ -41,15 +41,15 @@ public:
         return quote_;
     }
 
-    /// Reads the value of a quoted line, given the position behind its key: as the C library's
+    /// Reads the value of a quoted line, given the position after its key: as the C library's
     /// `:%*[^"]"%[^"]"` does, bounded to `limit` characters. That wants a colon, at least one
-    /// character before the first quote, and at least one behind it; all may lie on later lines,
+    /// character before the first quote, and at least one after it; all may lie on later lines,
     /// and the end of the text serves for the second quote. Empty where it does not match.
-    std::string_view scan_quoted(const char *behind_key, size_t limit) {
-        if (behind_key[0] != ':' || behind_key[1] == '"') {
+    std::string_view scan_quoted(const char *after_key, size_t limit) {
+        if (after_key[0] != ':' || after_key[1] == '"') {
             return {};
         }
-        const char *quote = find_quote(behind_key + 1);
+        const char *quote = find_quote(after_key + 1);
         if (quote == end_) {
             return {};
         }
@@ -78,8 +78,8 @@ private:
     const char *quote_ = nullptr;
 };
 
-/// The value of a quoted line in the writer's form, given the position behind its first quote: one
-/// character at least, no newline, no brace, and a newline behind the second quote. Empty
+/// The value of a quoted line in the writer's form, given the position after its first quote: one
+/// character at least, no newline, no brace, and a newline after the second quote. Empty
 /// for any other line. `end` is the text's NUL.
 std::string_view plain_quoted(const char *at, const char *end);
 

@@ -10,7 +10,7 @@
 
 namespace kvt_str {
 
-/// Copies exactly `length` characters. Returns the position behind them in `out`.
+/// Copies exactly `length` characters. Returns the position after them in `out`.
 KVT_FOLDED char *copy_words(char *out, const char *from, size_t length) {
     if (length >= 16) {
         for (size_t i = 0; i + 16 < length; i += 16) {

@@ -32,14 +32,14 @@ TEST(CheckedCounts, BeforeTheirElementsAreTheirNumber) {
               "there\n");
 }
 
-TEST(CheckedCounts, BehindTheirElementsAreTheirNumber) {
+TEST(CheckedCounts, AfterTheirElementsAreTheirNumber) {
     EXPECT_EQ(found(begin_job("    port_guids: 1\n    uid: 1\n    num_guids: 1\n")), "");
     EXPECT_EQ(found(begin_job("    port_guids: 1\n    uid: 1\n    num_guids: 2\n")),
               "6:5 late-count 'num_guids: 2'\n");
     EXPECT_EQ(found(begin_job("    port_guids: 1\n    uid: 1\n    num_guids: 0\n")),
               "6:5 late-count 'num_guids: 0'\n");
     EXPECT_EQ(said_of(begin_job("    port_guids: 1\n    uid: 1\n    num_guids: 2\n")),
-              "'num_guids' says 2, but 'port_guids' has 1 element; behind it, the reader keeps the "
+              "'num_guids' says 2, but 'port_guids' has 1 element; after it, the reader keeps the "
               "number as it stands\n");
     // A number that its field cuts is what is left of it.
     EXPECT_EQ(found(begin_job("    num_guids: 4294967297\n    port_guids: 1\n")),
@@ -49,7 +49,7 @@ TEST(CheckedCounts, BehindTheirElementsAreTheirNumber) {
         "'num_guids' holds a number of 32 bits: the reader makes 4294967295 of '-1'\n"
         "'num_guids' says 4294967295, but 'port_guids' has 1 element; the reader takes what is "
         "there\n");
-    // Directly behind an array of blocks, a longer key is taken for one more of them.
+    // Directly after an array of blocks, a longer key is taken for one more of them.
     EXPECT_EQ(found(job_data("    trees {\n    }\n    trees_num: 1\n")),
               "6:5 key-in-array 'trees_num'\n");
     EXPECT_EQ(found(job_data("    trees {\n    }\n    trees_num: 2\n")),
@@ -59,7 +59,7 @@ TEST(CheckedCounts, BehindTheirElementsAreTheirNumber) {
               "6:5 longer-key 'trees_old'\n");
     EXPECT_EQ(
         said_of(job_data("    trees {\n    }\n    trees_num: 1\n")),
-        "directly behind 'trees', the reader takes 'trees_num' for one more of them, up to the "
+        "directly after 'trees', the reader takes 'trees_num' for one more of them, up to the "
         "next closing brace\n");
 }
 
@@ -105,7 +105,7 @@ TEST(CheckedArrays, AreInOnePlace) {
 
 TEST(CheckedArrays, IgnoreBracesWithinThem) {
     EXPECT_EQ(found(begin_job("    port_guids: 1\n    port_guids: 2 }\n    port_guids: 3\n")),
-              "5:19 behind-number '}'\n");
+              "5:19 after-number '}'\n");
     EXPECT_EQ(found(begin_job("    port_guids: 1\n    port_guids { }\n    port_guids: 3\n")),
               "5:5 block-for-value 'port_guids { }'\n");
 }
@@ -142,16 +142,16 @@ TEST(CheckedArrays, EndAtTheValueThatEndsThem) {
     EXPECT_EQ(found(conns("      qp_child_idxs: 7\n      qp_child_idxs: 255\n")), "");
     EXPECT_EQ(found(conns("      qp_child_idxs: 7\n      qp_child_idxs: 255\n"
                           "      qp_child_idxs: 8\n      qp_child_idxs: 9\n")),
-              "7:7 behind-end 'qp_child_idxs: 8'\n");
+              "7:7 after-end 'qp_child_idxs: 8'\n");
     EXPECT_EQ(found(message_of("JOB_INFO_REQUEST", "mgmt_job_info_list_request",
                                "    reserved: 1\n    reserved: 0\n    reserved: 2\n")),
-              "6:5 behind-end 'reserved: 2'\n");
+              "6:5 after-end 'reserved: 2'\n");
     EXPECT_EQ(said_of(message_of("JOB_INFO_REQUEST", "mgmt_job_info_list_request",
                                  "    reserved: 0\n    reserved: 2\n")),
-              "0 ends 'reserved': what stands behind it is not written any more\n");
+              "0 ends 'reserved': what stands after it is not written any more\n");
     EXPECT_EQ(found(message_of("JOB_INFO_REQUEST", "mgmt_job_info_list_request",
                                "    reserved: 256\n    reserved: 2\n")),
-              "4:15 out-of-range '256'\n5:5 behind-end 'reserved: 2'\n");
+              "4:15 out-of-range '256'\n5:5 after-end 'reserved: 2'\n");
 }
 
 TEST(CheckedLengths, CountTheTextAndItsEnd) {
@@ -171,7 +171,7 @@ TEST(CheckedLengths, CountTheTextAndItsEnd) {
               "there\n");
     EXPECT_EQ(
         said_of(begin_job("    hosts: \"node\"\n    hosts_len: 5\n")),
-        "directly behind 'hosts', the reader takes 'hosts_len' for one more of them, and finds "
+        "directly after 'hosts', the reader takes 'hosts_len' for one more of them, and finds "
         "no value\n");
 }
 
@@ -226,9 +226,9 @@ TEST(CheckedCounts, OfABlockThatIsNotClosedAreNotCompared) {
     EXPECT_EQ(found(open + message_of("END_JOB", "end_job", "")), "5:1 not-closed 'msg {'\n");
 }
 
-TEST(CheckedLengths, BehindTheirTextAreKept) {
+TEST(CheckedLengths, AfterTheirTextAreKept) {
     EXPECT_EQ(said_of(begin_job("    hosts: \"node\"\n    uid: 1\n    hosts_len: 4\n")),
-              "'hosts_len' says 4, but 'hosts' takes 5 with its end; behind it, the reader keeps "
+              "'hosts_len' says 4, but 'hosts' takes 5 with its end; after it, the reader keeps "
               "the number as it stands\n");
 }
 
@@ -245,7 +245,7 @@ TEST(CheckedJoinedTexts, HaveJustTheRoomOfTheReader) {
 TEST(CheckedArrays, OfBytesMayEndWithALineThatIsNotRead) {
     EXPECT_EQ(found(message_of("JOB_INFO_REQUEST", "mgmt_job_info_list_request",
                                "    reserved: x\n    reserved: 2\n")),
-              "4:15 not-a-number 'x'\n5:5 behind-end 'reserved: 2'\n");
+              "4:15 not-a-number 'x'\n5:5 after-end 'reserved: 2'\n");
 }
 
 TEST(CheckedKeys, OfATextThatIsNotReadMayComeAgain) {

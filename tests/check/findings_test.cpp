@@ -35,8 +35,8 @@ TEST(Findings, TellTheirPlace) {
     const std::vector<Kept> all = findings_in(text);
     ASSERT_EQ(all.size(), 1U);
     const kvt_finding &finding = all[0].finding;
-    EXPECT_EQ(finding.kind, KVT_FINDING_BEHIND_NUMBER);
-    EXPECT_STREQ(finding.name, "behind-number");
+    EXPECT_EQ(finding.kind, KVT_FINDING_AFTER_NUMBER);
+    EXPECT_STREQ(finding.name, "after-number");
     EXPECT_EQ(finding.line, 8U);
     EXPECT_EQ(finding.column, 8U);
     EXPECT_EQ(finding.offset, text.find("x \n"));
@@ -155,7 +155,7 @@ TEST(Findings, HaveRoomForTheirMessage) {
     const std::string text = job_error("    description: " + std::string(500, '\x01') + " \"a\" " +
                                        std::string(500, '\x01') + "\n");
     EXPECT_EQ(kvt_check(text.data(), text.size(), measure, nullptr), 2U);
-    // Every byte takes four characters, and the sentence goes on behind them.
+    // Every byte takes four characters, and the sentence goes on after them.
     EXPECT_EQ(said_of(begin_job("    uid" + std::string(60, 'x') + ": 1\n")).substr(0, 20),
               "the reader takes 'ui");
 }

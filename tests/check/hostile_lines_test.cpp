@@ -24,7 +24,7 @@ constexpr HostileText own_texts[] = {
      "    reproducible_modes: 1\n", ""},
     {"keys that come again", 0, "msg {\n  type: BEGIN_JOB\n  begin_job {\n", "    job_id: 1\n", ""},
     {"one line of a word", 0, "msg {\n  type: BEGIN_JOB\n  begin_job {\n    port_guids", "s", ""},
-    {"blank lines behind a key", 0, "msg {\n  type: END_JOB\n  end_job {\n    job_id:\n", "\r\n",
+    {"blank lines after a key", 0, "msg {\n  type: END_JOB\n  end_job {\n    job_id:\n", "\r\n",
      ""},
     {"keys with carriage returns for values", 0, "msg {\n  type: END_JOB\n  end_job {\n",
      "    job_id:\r\n\r\n", ""},

@@ -135,13 +135,12 @@ TEST(CheckedBraces, StandAlone) {
     EXPECT_EQ(said_of(begin_job("    quota {\n      max_osts: 5\n      max_qps: 3 }\n")),
               "the reader closes the block at this line, and does not read what stands before the "
               "brace\n");
-    EXPECT_EQ(
-        said_of(begin_job("    quota {\n      max_qps: 3 }\n")),
-        "the reader takes this line for its key alone, and does not see that the brace behind "
-        "it closes the block\n");
+    EXPECT_EQ(said_of(begin_job("    quota {\n      max_qps: 3 }\n")),
+              "the reader takes this line for its key alone, and does not see that the brace after "
+              "it closes the block\n");
 }
 
-TEST(CheckedBraces, BehindTextsAreNotPartOfThem) {
+TEST(CheckedBraces, AfterTextsAreNotPartOfThem) {
     EXPECT_EQ(found(job_error("    error: 1\n    description: \"a\" }\n") + "}\n"),
               "5:5 beside-brace 'description: \"a\"'\n7:1 outside '}'\n");
     EXPECT_EQ(found(job_error("    error: 1\n    description {\"a\"}\n")),
@@ -191,7 +190,7 @@ TEST(CheckedBlocks, AreClosedBeforeTheNextMessage) {
               "4:5 unknown-key 'msg_count'\n5:5 unknown-key 'msg'\n6:5 unknown-block 'msgs {'\n");
 }
 
-TEST(CheckedLines, MayBeCutBehindTheirKeyByTheEndOfTheText) {
+TEST(CheckedLines, MayBeCutAfterTheirKeyByTheEndOfTheText) {
     const std::string head = "msg {\n  type: BEGIN_JOB\n  begin_job {\n";
     EXPECT_EQ(found(head + "    job_id"), "4:5 no-colon 'job_id'\n4:11 not-closed ''\n");
     EXPECT_EQ(found(head + "    port_guids"), "4:5 no-colon 'port_guids'\n4:15 not-closed ''\n");
@@ -225,7 +224,7 @@ TEST(CheckedBlocks, WithoutABraceAreExplained) {
               "4:5 no-brace 'quota of {'\n5:7 unknown-block '{'\n");
 }
 
-TEST(CheckedBraces, InQuotesStandBehindAKeyAndBetweenTheFirstTwo) {
+TEST(CheckedBraces, InQuotesStandAfterAKeyAndBetweenTheFirstTwo) {
     EXPECT_EQ(found(job_error("    error: 1\n    description: } \"a\"\n")),
               "5:5 beside-brace 'description:'\n7:1 outside '}'\n");
     EXPECT_EQ(found(begin_job("    job_id: 1\n    quota \"}\"\n")),
@@ -234,7 +233,7 @@ TEST(CheckedBraces, InQuotesStandBehindAKeyAndBetweenTheFirstTwo) {
 
 TEST(CheckedBraces, BesideWhichSomethingStandsAreExplained) {
     EXPECT_EQ(said_of(begin_job("    quota { x\n    }\n")),
-              "the reader skips what stands behind the brace, 'x'\n");
+              "the reader skips what stands after the brace, 'x'\n");
     // A first line is only taken for its key where it has one.
     EXPECT_EQ(said_of(begin_job("    quota {\n      x: 1 }\n")),
               "the reader closes the block at this line, and does not read what stands before the "

@@ -43,10 +43,9 @@ TEST(CheckedTextFrames, HoldNothingButMessages) {
     EXPECT_EQ(said_of(end_job + "hello\n"),
               "'hello' stands outside of the messages: the reader stops here, and reads nothing "
               "below\n");
-    EXPECT_EQ(
-        said_of("msg {\n  type: END_JOB\n  end_job {\n  }\n  x: 5\n}\n"),
-        "behind the block 'end_job' only the closing brace of its message belongs: the reader "
-        "takes this line for that, and stops\n");
+    EXPECT_EQ(said_of("msg {\n  type: END_JOB\n  end_job {\n  }\n  x: 5\n}\n"),
+              "after the block 'end_job' only the closing brace of its message belongs: the reader "
+              "takes this line for that, and stops\n");
 }
 
 TEST(CheckedTextFrames, EndAtTheFirstNul) {
@@ -103,7 +102,7 @@ TEST(CheckedMessages, SayTheirKind) {
     EXPECT_EQ(said_of("msg {\n  type: LAST\n}\n"),
               "messages of the kind 'LAST' carry no record: the reader refuses the text\n");
     EXPECT_EQ(said_of("msg {\n  type: END_JOB_2\n  end_job {\n  }\n}\n"),
-              "the reader takes this for 'END_JOB' and skips what stands behind it, '_2'\n");
+              "the reader takes this for 'END_JOB' and skips what stands after it, '_2'\n");
 }
 
 TEST(CheckedMessages, HaveTheBlockOfTheirKind) {
@@ -127,9 +126,9 @@ TEST(CheckedMessages, ThatBeginInAnotherWayAreExplained) {
               "a message begins with the line 'msg {': the reader looks at the first three letters "
               "only, and skips the rest of this line\n");
     EXPECT_EQ(said_of("msg {\n}\n"),
-              "the line behind 'msg {' must say the kind, such as 'type: END_JOB': the reader "
+              "the line after 'msg {' must say the kind, such as 'type: END_JOB': the reader "
               "refuses the text\n");
-    EXPECT_EQ(said_of("msg {\n  type:\n}\n"), "no kind stands behind 'type:' on its line\n");
+    EXPECT_EQ(said_of("msg {\n  type:\n}\n"), "no kind stands after 'type:' on its line\n");
 }
 
 TEST(CheckedMessages, AreOfAKindThatHasARecord) {

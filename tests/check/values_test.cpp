@@ -8,7 +8,7 @@
 namespace kvt_test {
 namespace {
 
-TEST(CheckedNumbers, StandBehindAColonThatFollowsTheKeyAtOnce) {
+TEST(CheckedNumbers, StandAfterAColonThatFollowsTheKeyAtOnce) {
     EXPECT_EQ(found(begin_job("    job_id : 5\n")), "4:5 no-colon 'job_id'\n");
     EXPECT_EQ(found(begin_job("    job_id 5\n")), "4:5 no-colon 'job_id'\n");
     EXPECT_EQ(found(begin_job("    job_id\n")), "4:5 no-colon 'job_id'\n");
@@ -27,9 +27,9 @@ TEST(CheckedNumbers, StandOnTheLineOfTheirKey) {
     EXPECT_EQ(found(begin_job("    job_id:\n      5\n")),
               "4:5 no-value 'job_id:'\n5:7 stray-line '5'\n");
     EXPECT_EQ(said_of(begin_job("    job_id:\n    uid: 1\n")),
-              "no value stands behind 'job_id': the field stays as it was\n");
+              "no value stands after 'job_id': the field stays as it was\n");
     EXPECT_EQ(said_of(begin_job("    job_id:\n  -5\n")),
-              "no value stands behind 'job_id': the reader takes the number on a line below\n"
+              "no value stands after 'job_id': the reader takes the number on a line below\n"
               "'-5' begins with no key: the reader skips this line\n");
     EXPECT_EQ(found("msg {\n  type: END_JOB\n  end_job {\n    job_id: -"),
               "4:13 not-a-number '-'\n4:14 not-closed ''\n");
@@ -57,14 +57,14 @@ TEST(CheckedNumbers, AreNumbers) {
               "line before\n");
 }
 
-TEST(CheckedNumbers, HaveNothingBehindThem) {
-    EXPECT_EQ(found(begin_job("    job_id: 0x10\n")), "4:14 behind-number 'x10'\n");
-    EXPECT_EQ(found(begin_job("    job_id: 5.5\n")), "4:14 behind-number '.5'\n");
-    EXPECT_EQ(found(begin_job("    job_id: 5, uid: 3 \n")), "4:14 behind-number ', uid: 3'\n");
-    EXPECT_EQ(found(begin_job("    job_id: 5 # five\n")), "4:15 behind-number '# five'\n");
-    EXPECT_EQ(found(begin_job("    port_guids: 5 6\n")), "4:19 behind-number '6'\n");
+TEST(CheckedNumbers, HaveNothingAfterThem) {
+    EXPECT_EQ(found(begin_job("    job_id: 0x10\n")), "4:14 after-number 'x10'\n");
+    EXPECT_EQ(found(begin_job("    job_id: 5.5\n")), "4:14 after-number '.5'\n");
+    EXPECT_EQ(found(begin_job("    job_id: 5, uid: 3 \n")), "4:14 after-number ', uid: 3'\n");
+    EXPECT_EQ(found(begin_job("    job_id: 5 # five\n")), "4:15 after-number '# five'\n");
+    EXPECT_EQ(found(begin_job("    port_guids: 5 6\n")), "4:19 after-number '6'\n");
     EXPECT_EQ(said_of(begin_job("    job_id: 0x10\n")),
-              "the reader takes '0' and skips what stands behind it, 'x10'\n");
+              "the reader takes '0' and skips what stands after it, 'x10'\n");
     EXPECT_EQ(found(begin_job("    job_id: 5 \t\v\f\n")), "");
 }
 
@@ -133,29 +133,29 @@ TEST(CheckedFloats, MayHaveEveryFormThatTheReaderTakes) {
     }
 }
 
-TEST(CheckedFloats, AreNumbersWithNothingBehindThem) {
+TEST(CheckedFloats, AreNumbersWithNothingAfterThem) {
     EXPECT_EQ(found(share("")), "4:5 no-value 'quota_percentage:'\n");
     EXPECT_EQ(found(share(" x")), "4:23 not-a-number 'x'\n");
     EXPECT_EQ(found(share(" .")), "4:23 not-a-number '.'\n");
     EXPECT_EQ(found(share(" -")), "4:23 not-a-number '-'\n");
     EXPECT_EQ(found(share(" infi")), "4:23 not-a-number 'infi'\n");
     EXPECT_EQ(found(share(" 0xg")), "4:23 not-a-number '0xg'\n");
-    EXPECT_EQ(found(share(" 12.5%")), "4:27 behind-number '%'\n");
-    EXPECT_EQ(found(share(" 12,5")), "4:25 behind-number ',5'\n");
-    EXPECT_EQ(found(share(" 1.2.3")), "4:26 behind-number '.3'\n");
-    EXPECT_EQ(found(share(" 1e")), "4:24 behind-number 'e'\n");
-    EXPECT_EQ(found(share(" 1e+")), "4:24 behind-number 'e+'\n");
-    EXPECT_EQ(found(share(" 1ex")), "4:24 behind-number 'ex'\n");
-    EXPECT_EQ(found(share(" 1e-x")), "4:24 behind-number 'e-x'\n");
-    EXPECT_EQ(found(share(" 1e2x")), "4:26 behind-number 'x'\n");
-    EXPECT_EQ(found(share(" 0xAfg")), "4:27 behind-number 'g'\n");
-    EXPECT_EQ(found(share(" 0x1p3q")), "4:28 behind-number 'q'\n");
-    EXPECT_EQ(found(share(" 0x1e3p")), "4:28 behind-number 'p'\n");
-    EXPECT_EQ(found(share(" 0x1.2.3")), "4:28 behind-number '.3'\n");
-    EXPECT_EQ(found(share(" 0x.")), "4:24 behind-number 'x.'\n");
-    EXPECT_EQ(found(share(" nanny")), "4:26 behind-number 'ny'\n");
+    EXPECT_EQ(found(share(" 12.5%")), "4:27 after-number '%'\n");
+    EXPECT_EQ(found(share(" 12,5")), "4:25 after-number ',5'\n");
+    EXPECT_EQ(found(share(" 1.2.3")), "4:26 after-number '.3'\n");
+    EXPECT_EQ(found(share(" 1e")), "4:24 after-number 'e'\n");
+    EXPECT_EQ(found(share(" 1e+")), "4:24 after-number 'e+'\n");
+    EXPECT_EQ(found(share(" 1ex")), "4:24 after-number 'ex'\n");
+    EXPECT_EQ(found(share(" 1e-x")), "4:24 after-number 'e-x'\n");
+    EXPECT_EQ(found(share(" 1e2x")), "4:26 after-number 'x'\n");
+    EXPECT_EQ(found(share(" 0xAfg")), "4:27 after-number 'g'\n");
+    EXPECT_EQ(found(share(" 0x1p3q")), "4:28 after-number 'q'\n");
+    EXPECT_EQ(found(share(" 0x1e3p")), "4:28 after-number 'p'\n");
+    EXPECT_EQ(found(share(" 0x1.2.3")), "4:28 after-number '.3'\n");
+    EXPECT_EQ(found(share(" 0x.")), "4:24 after-number 'x.'\n");
+    EXPECT_EQ(found(share(" nanny")), "4:26 after-number 'ny'\n");
     EXPECT_EQ(said_of(share(" 12.5%")),
-              "the reader takes '12.5' and skips what stands behind it, '%'\n");
+              "the reader takes '12.5' and skips what stands after it, '%'\n");
 }
 
 TEST(CheckedFloats, KeepAllOfTheirDigits) {
@@ -188,7 +188,7 @@ TEST(CheckedTextValues, StandBetweenQuotesOnOneLine) {
               "4:18 open-text '\"link'\n5:1 stray-line 'down\"'\n");
     EXPECT_EQ(found(job_error("    description: \"\"\n")), "4:18 empty-text '\"\"'\n");
     EXPECT_EQ(said_of(job_error("    description:\n    error: 5\n")),
-              "no value stands behind 'description': the text becomes empty\n");
+              "no value stands after 'description': the text becomes empty\n");
     EXPECT_EQ(said_of(begin_job("    hosts: \"\"\n")),
               "the reader does not take an empty text for a value: there is no element for it\n");
 }
@@ -203,9 +203,9 @@ TEST(CheckedTextValues, HaveABlankAndNothingElseBeforeTheirQuote) {
 }
 
 TEST(CheckedTextValues, EndAtTheirSecondQuote) {
-    EXPECT_EQ(found(job_error("    description: \"a \"b\" c\"\n")), "4:22 behind-text 'b\" c\"'\n");
+    EXPECT_EQ(found(job_error("    description: \"a \"b\" c\"\n")), "4:22 after-text 'b\" c\"'\n");
     EXPECT_EQ(found(job_error("    description: \"a\" error: 5\n")),
-              "4:22 behind-text 'error: 5'\n");
+              "4:22 after-text 'error: 5'\n");
     EXPECT_EQ(found(job_error("    description: \"a\" \t\n")), "");
 }
 
@@ -214,7 +214,7 @@ TEST(CheckedTextValues, FitTheirField) {
     EXPECT_EQ(found(job_error("    description: \"" + std::string(127, 'x') + "yz\"\n")),
               "4:146 long-text 'yz'\n");
     EXPECT_EQ(said_of(job_error("    description: \"" + std::string(128, 'x') + "\"\n")),
-              "'description' holds 127 bytes: the reader cuts what stands behind them\n");
+              "'description' holds 127 bytes: the reader cuts what stands after them\n");
     EXPECT_EQ(found(begin_job("    hosts: \"" + std::string(298, 'x') + "\"\n")), "");
     EXPECT_EQ(found(begin_job("    hosts: \"" + std::string(298, 'x') + "y\"\n")),
               "4:311 long-text 'y'\n");
@@ -235,13 +235,13 @@ TEST(CheckedTextValues, HoldNoBraces) {
 
 TEST(CheckedNumbers, BelowTheirLineAreOfNumbersOnly) {
     EXPECT_EQ(said_of(begin_job("    job_id:\n+5\n")),
-              "no value stands behind 'job_id': the reader takes the number on a line below\n"
+              "no value stands after 'job_id': the reader takes the number on a line below\n"
               "'+5' begins with no key: the reader skips this line\n");
     EXPECT_EQ(said_of(job_error("    description:\n5\n")),
-              "no value stands behind 'description': the text becomes empty\n"
+              "no value stands after 'description': the text becomes empty\n"
               "'5' begins with no key: the reader skips this line\n");
     EXPECT_EQ(said_of(begin_job("    hosts:\n5\n")),
-              "no value stands behind 'hosts': there is no element for it\n"
+              "no value stands after 'hosts': there is no element for it\n"
               "'5' begins with no key: the reader skips this line\n");
 }
 
@@ -284,8 +284,8 @@ TEST(CheckedFloats, MayBeCutByTheEndOfTheText) {
     };
     EXPECT_EQ(cut("0"), "4:24 not-closed ''\n");
     EXPECT_EQ(cut("0x"), "4:23 not-a-number '0x'\n4:25 not-closed ''\n");
-    EXPECT_EQ(cut("1e"), "4:24 behind-number 'e'\n4:25 not-closed ''\n");
-    EXPECT_EQ(cut("1e-"), "4:24 behind-number 'e-'\n4:26 not-closed ''\n");
+    EXPECT_EQ(cut("1e"), "4:24 after-number 'e'\n4:25 not-closed ''\n");
+    EXPECT_EQ(cut("1e-"), "4:24 after-number 'e-'\n4:26 not-closed ''\n");
     EXPECT_EQ(cut("1e5"), "4:26 not-closed ''\n");
     EXPECT_EQ(cut("in"), "4:23 not-a-number 'in'\n4:25 not-closed ''\n");
     EXPECT_EQ(cut("inf"), "4:26 not-closed ''\n");
@@ -302,7 +302,7 @@ TEST(CheckedTextValues, ThatAreNotReadAreExplained) {
               "no second quote closes this text on its line: the reader takes what follows, up to "
               "a quote on a line below\n");
     EXPECT_EQ(said_of(job_error("    description: \"very\" down\n")),
-              "a text ends at its second quote: the reader skips what stands behind it, 'down'\n");
+              "a text ends at its second quote: the reader skips what stands after it, 'down'\n");
 }
 
 TEST(CheckedTextValues, OfSeveralLinesHaveABlankBeforeTheirQuote) {

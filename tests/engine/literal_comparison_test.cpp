@@ -152,7 +152,8 @@ TEST(AgainstTheLiteralForm, RandomRecordsSurviveWritingAndReading) {
             const auto text = exact_copy(literal_write(*table, record.get(), "some_block", 1));
             OwnedRecord again(*table);
             Input input{Text(text.get()), Counts::as_read};
-            const char *behind = codec_of(*table).unpack(input, after_newline(text.get()), again.get(), 1);
+            const char *behind =
+                codec_of(*table).unpack(input, after_newline(text.get()), again.get(), 1);
             ASSERT_EQ(*behind, '\0');
             ASSERT_EQ(first_difference(*table, record.get(), again.get()), "")
                 << table->name << "\n"

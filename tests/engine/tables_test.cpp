@@ -108,7 +108,8 @@ TEST(Tables, SlotsOwnNothing) {
 // Records that are not cleared before they are read must own nothing either.
 TEST(Tables, RecordsThatAreNotClearedOwnNothing) {
     for_each_table([](const Record &table, unsigned /*level*/) {
-        EXPECT_FALSE(table.reading == Reading::merged_and_untraced && table.has_pointers) << table.name;
+        EXPECT_FALSE(table.reading == Reading::merged_and_untraced && table.has_pointers)
+            << table.name;
     });
 }
 

@@ -89,7 +89,7 @@ TEST(ArrFromStr, ALengthThatEndsInTheFirstClosingLineGivesOneMessage) {
     for (uint32_t length = closing; length <= closing + 1; ++length) {
         EXPECT_EQ(split(text, length).texts, std::vector<std::string>{end_job}) << length;
     }
-    // One more and the next message begins just behind the length, which still counts.
+    // One more and the next message begins just after the length, which still counts.
     EXPECT_EQ(split(text, closing + 2).texts, (std::vector<std::string>{end_job}));
     EXPECT_EQ(split(text, closing + 3).texts, (std::vector<std::string>{end_job, signal_text}));
 }
@@ -179,7 +179,7 @@ TEST(ArrFromStr, MoreMessagesThanEnvelopesAreAllReturned) {
 }
 
 // A caller that counts envelopes may look at that many entries.
-TEST(ArrFromStr, EnvelopesBehindTheLengthHaveEntriesOfZero) {
+TEST(ArrFromStr, EnvelopesAfterTheLengthHaveEntriesOfZero) {
     const std::string tabbed = "msg {\n\ttype: END_JOB\n\tend_job {\n\t}\n}\n";
     const std::string braces = "msg {\n  type: JOB_ERROR\n  job_error {\n"
                                "    description: \"}}\nmsg {{{\"\n  }\n}\n";
@@ -255,7 +255,7 @@ TEST(ArrFromStr, ARecordThatCannotBeAllocatedIsLoggedUnderTheSequenceReader) {
             continue;
         }
         MemoryWatch watch;
-        watch.fail(3); // behind the three arrays
+        watch.fail(3); // after the three arrays
         const Sequence sequence = split(message_text(kind.name, "  block {\n  }\n"));
         EXPECT_EQ(sequence.result, -1);
         EXPECT_EQ(sequence.log,

@@ -13,7 +13,7 @@
 namespace kvt_test {
 namespace {
 
-/// Splits a text and looks at an entry for every envelope: those behind the messages are zero.
+/// Splits a text and looks at an entry for every envelope: those after the messages are zero.
 void expect_entries(const std::string &text, int32_t messages, int32_t envelopes) {
     SCOPED_TRACE(text.substr(0, 100));
     char **msgs = nullptr;
@@ -47,7 +47,7 @@ std::string repeat(int times, const std::string &text) {
 
 const std::string end_job = "msg {\n  type: END_JOB\n  end_job {\n    job_id: 5\n  }\n}\n";
 
-// The text closes two blocks and opens two; what stands behind its first line is skipped as a block
+// The text closes two blocks and opens two; what stands after its first line is skipped as a block
 // and as further lines of the record, up to the end of the whole text.
 TEST(Envelopes, OfBracesInAQuotedTextHaveEntriesWithoutAMessage) {
     const std::string quoted = "msg {\n  type: JOB_ERROR\n  job_error {\n"
@@ -55,14 +55,14 @@ TEST(Envelopes, OfBracesInAQuotedTextHaveEntriesWithoutAMessage) {
     expect_entries(quoted + repeat(40, end_job), 1, 42);
 }
 
-TEST(Envelopes, OfBracesBehindTheTypeHaveEntriesWithoutAMessage) {
+TEST(Envelopes, OfBracesAfterTheTypeHaveEntriesWithoutAMessage) {
     const std::string two = "msg {\n  type: END_JOB }\nmsg { {\n    job_id: 5\n  }\n}\n";
     expect_entries(repeat(40, two), 40, 80);
 }
 
 // Reading ends where another line stands in the place of the envelope's closing line; the braces go
 // on.
-TEST(Envelopes, BehindALineBeforeTheClosingLineHaveEntriesWithoutAMessage) {
+TEST(Envelopes, AfterALineBeforeTheClosingLineHaveEntriesWithoutAMessage) {
     const std::string odd = "msg {\n  type: END_JOB\n  end_job {\n    job_id: 5\n  }\nx\n}\n";
     expect_entries(odd + repeat(40, end_job), 1, 41);
 }

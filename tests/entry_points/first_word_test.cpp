@@ -1,4 +1,4 @@
-// A text is a message by its first word, which ends anywhere behind it.
+// A text is a message by its first word, which ends anywhere after it.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -39,7 +39,7 @@ TEST(FirstWord, ThatIsCutShortByTheEndOfTheTextIsRefusedByBothReaders) {
     }
 }
 
-TEST(FirstWord, MayGoOnBehindMsg) {
+TEST(FirstWord, MayGoOnAfterMsg) {
     const auto text = exact_copy("msgs" + rest);
     void *record = nullptr;
     EXPECT_EQ(kvt_msg_from_str(0, 0, text.get(), &record), 0);

@@ -117,7 +117,7 @@ TEST(FromStr, UnknownAndMissingNamesAreRefused) {
                    "kvt_msg_from_str: Invalid value given for msg_type[]");
 }
 
-TEST(FromStr, OnlyTheFirstLineBehindTheOpeningCanBeTheTypeLine) {
+TEST(FromStr, OnlyTheFirstLineAfterTheOpeningCanBeTheTypeLine) {
     expect_refused("msg {\n  version: 1\n  type: END_JOB\n  end_job {\n  }\n}\n",
                    "kvt_msg_from_str: Invalid value given for msg_type[]");
 }

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Installs the Debian packages of a folder into a scratch root, tries what they hold, and removes
-# them again, which must leave nothing behind. Usage: packages_test.sh FOLDER
+# them again, which must leave nothing. Usage: packages_test.sh FOLDER
 set -euo pipefail
 folder=$(realpath "$1")
 examples=$(realpath "$(dirname "${BASH_SOURCE[0]}")/../../examples")
@@ -46,7 +46,7 @@ cc -std=c99 $(pkg-config --cflags kvt_str) "$examples/embedding/embed_in_c.c" \
     fail "cannot remove"
 }
 left=$(find "$root/system" ! -type d)
-[[ -z $left ]] || fail "left behind: $left"
+[[ -z $left ]] || fail "not removed: $left"
 left=$(find "$root/system" -mindepth 1 -type d)
-[[ -z $left ]] || fail "left behind: $left"
+[[ -z $left ]] || fail "not removed: $left"
 echo "The packages can be installed and removed."

@@ -47,7 +47,7 @@ expected='1 1 kvtMessage
 4 11 kvtNumber
 5 5 kvtKey
 5 12 kvtNumber
-5 15 kvtBehindNumber Error
+5 15 kvtAfterNumber Error
 6 11 kvtBlankBeforeColon Error
 6 12 kvtBlankBeforeColon Error
 7 5 kvtKey
@@ -85,7 +85,7 @@ in_vim job.kvt 'source ask.vim' \
     "call feedkeys(\"ggO{\<CR>x\<Esc>\", 'x')" "call writefile(getline(1, 2), 'indented')" || true
 same "how words are shown" "$expected" "$(cat shown)"
 same "a file's type and options" $'kvt\n\n2\n1' "$(cat options)"
-same "indentation behind a brace" $'{\n  x' "$(cat indented)"
+same "indentation after a brace" $'{\n  x' "$(cat indented)"
 
 # All kinds are known, and examples show no errors.
 kinds=$("$kvt" kinds | awk 'NR > 1 && $3 != "-" { print $2 }')

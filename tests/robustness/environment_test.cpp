@@ -192,9 +192,9 @@ TEST(Signals, MayInterruptAnythingAndKeepTheirHandlers) {
     }
     ASSERT_EQ(setitimer(ITIMER_REAL, &never, nullptr), 0);
     // The handler stays: a last signal may still be on its way.
-    struct sigaction behind = {};
-    ASSERT_EQ(sigaction(SIGALRM, nullptr, &behind), 0);
-    EXPECT_EQ(behind.sa_handler, &interrupt);
+    struct sigaction after = {};
+    ASSERT_EQ(sigaction(SIGALRM, nullptr, &after), 0);
+    EXPECT_EQ(after.sa_handler, &interrupt);
     EXPECT_GE(interruptions, 20);
 }
 

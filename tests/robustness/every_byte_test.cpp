@@ -91,7 +91,7 @@ struct Outcomes {
     size_t split = 0;
 };
 
-/// Reads a text in both ways, as one message and as many, and expects that nothing stays behind.
+/// Reads a text in both ways, as one message and as many, and expects that nothing stays allocated.
 void read_both_ways(const char *text, size_t length, const Record &table, int32_t kind,
                     Outcomes &outcomes) {
     MemoryWatch watch;
@@ -214,7 +214,7 @@ TEST(EveryLine, MayBeThereTwice) {
     });
 }
 
-TEST(EveryLine, MayComeBehindTheNext) {
+TEST(EveryLine, MayComeAfterTheNext) {
     read_changed(4, [](const std::string &text, auto read) {
         each_line(text, [&](size_t start, size_t length) {
             std::string changed = text;
@@ -254,7 +254,7 @@ TEST(EveryByte, MayBeWhereAScannerFunctionStarts) {
 // --- Writers -------------------------------------------------------------------------------------
 
 /// Writes a record into a block of exactly the promised size, for a sanitizer, and into one with a
-/// guard behind it, for every build.
+/// guard after it, for every build.
 void expect_to_fit(int32_t kind, const void *record) {
     const uint32_t size = kvt_str_get_buf_size(kind, record);
     const std::unique_ptr<char[]> exact(new char[size]);
@@ -269,7 +269,7 @@ void expect_to_fit(int32_t kind, const void *record) {
     ASSERT_EQ(kvt_msg_to_str(kind, record, guarded.get()), 0);
     ASSERT_STREQ(guarded.get(), exact.get());
     for (size_t i = size; i < size + guard; ++i) {
-        ASSERT_EQ(guarded[i], untouched) << i - size << " behind\n" << exact.get();
+        ASSERT_EQ(guarded[i], untouched) << i - size << " after the end of\n" << exact.get();
     }
 }
 

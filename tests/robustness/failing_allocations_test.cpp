@@ -34,7 +34,7 @@ constexpr unsigned elements = 6;
 /// Which allocations fail.
 enum class Failing {
     one,  ///< a single one
-    rest, ///< that one and all behind it
+    rest, ///< that one and all after it
 };
 
 size_t count_of(Failing failing) {
@@ -365,7 +365,7 @@ TEST(FailingAllocations, OneOfASequenceOfEveryKindLeavesOutAPartOrRefusesAll) {
         refused += expect_split_or_refused(all) ? 0 : 1;
         return watch.failed();
     });
-    // Three arrays, which grow once behind 16 messages, and the records.
+    // Three arrays, which grow once after 16 messages, and the records.
     EXPECT_EQ(refused, 3U + 3U + all.kinds.size());
 }
 

@@ -56,7 +56,7 @@ void count_lines(const char * /*file*/, int /*line*/, const char * /*function*/,
     va_end(arguments);
 }
 
-/// The log is set before threads begin and reset behind them, as the message layer wants it.
+/// The log is set before threads begin and reset after them, as the message layer wants it.
 class CountedLog {
 public:
     explicit CountedLog(int level) {

@@ -9,8 +9,8 @@
 #include <cstring>
 #include <vector>
 
-#include "engine/settle_counts.h"
 #include "engine/release.h"
+#include "engine/settle_counts.h"
 #include "kvt/kvt_str.h"
 #include "kvt/message_layer.h"
 #include "support/scan_as_long.h"

@@ -9,7 +9,7 @@
 
 namespace kvt_test {
 
-/// Reads a record's block and returns the position of the first line behind it, as the record's
+/// Reads a record's block and returns the position of the first line after it, as the record's
 /// reader does. Logs through log_cb.
 const char *literal_read(const kvt_str::Record &table, const char *at, void *record,
                          kvt_str::Counts counts);

@@ -1,5 +1,5 @@
-#include "support/codecs.h"
 #include "support/tables.h"
+#include "support/codecs.h"
 
 #include <gtest/gtest.h>
 

@@ -13,7 +13,7 @@ using kvt_str::indent_of;
 using kvt_str::Label;
 using kvt_str::make_label;
 
-TEST(MakeLabel, CountsTheCharactersBehindTheBlanks) {
+TEST(MakeLabel, CountsTheCharactersAfterTheBlanks) {
     constexpr Label label = make_label(KVT_BLANKS "job_id: ");
     EXPECT_EQ(label.length, 8);
     EXPECT_STREQ(label.text, "job_id: ");

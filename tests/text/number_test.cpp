@@ -130,7 +130,7 @@ TEST(ScanNumber, WrapsANegativeNumber) {
     EXPECT_EQ(scanned("-18446744073709551614"), 2U);
 }
 
-TEST(ScanNumber, WantsTheDigitsBehindTheSignAtOnce) {
+TEST(ScanNumber, WantsTheDigitsAfterTheSignAtOnce) {
     EXPECT_EQ(scanned("- 5"), std::nullopt);
     EXPECT_EQ(scanned("+ 5"), std::nullopt);
     EXPECT_EQ(scanned("-\n5"), std::nullopt);
@@ -464,7 +464,7 @@ TEST(ReadPlainNumber, RefusesBlanksAndSignsBeforeTheDigits) {
     }
 }
 
-TEST(ReadPlainNumber, RefusesAnyOtherCharacterBehindTheDigits) {
+TEST(ReadPlainNumber, RefusesAnyOtherCharacterAfterTheDigits) {
     const std::string digits = "1234567890123456789";
     for (int c = 1; c < 256; ++c) {
         if (c == '\n' || (c >= '0' && c <= '9')) {
@@ -519,7 +519,7 @@ TEST(ReadPlainNumber, RandomDigitsAroundTheGreatestNumberAreReadAsDescribed) {
 // --- put_number_line and count_digits ------------------------------------------------------------
 
 /// What follows a number's line in every text: the closing lines of its block and of the message.
-constexpr size_t least_behind = std::string_view("  }\n}\n").size() + 1;
+constexpr size_t least_after = std::string_view("  }\n}\n").size() + 1;
 
 /// True when put_number_line puts a number's digits and a newline, and touches no more than what
 /// follows anyway, and count_digits counts the digits.
@@ -528,11 +528,11 @@ testing::AssertionResult is_put(uint64_t number) {
     constexpr char pattern = '#';
     char out[before + 40];
     std::memset(out, pattern, sizeof out);
-    const char *behind = kvt_str::put_number_line(out + before, number);
+    const char *after = kvt_str::put_number_line(out + before, number);
     const std::string line = std::to_string(number) + "\n";
-    if (behind != out + before + line.size()) {
+    if (after != out + before + line.size()) {
         return testing::AssertionFailure()
-               << number << ": returned " << behind - (out + before) << " characters";
+               << number << ": returned " << after - (out + before) << " characters";
     }
     if (std::memcmp(out + before, line.data(), line.size()) != 0) {
         return testing::AssertionFailure()
@@ -542,7 +542,7 @@ testing::AssertionResult is_put(uint64_t number) {
         return c == pattern;
     };
     if (!std::all_of(out, out + before, is_pattern) ||
-        !std::all_of(out + before + line.size() + least_behind, std::end(out), is_pattern)) {
+        !std::all_of(out + before + line.size() + least_after, std::end(out), is_pattern)) {
         return testing::AssertionFailure() << number << ": touched other characters";
     }
     if (kvt_str::count_digits(number) != line.size() - 1) {
@@ -567,7 +567,7 @@ TEST(PutNumberLine, PutsTheDigitsAndANewline) {
 TEST(PutNumberLine, NeedsNoMoreRoomThanTheShortestMessageHas) {
     for (const uint64_t number : telling_numbers()) {
         const std::string line = std::to_string(number) + "\n";
-        const auto out = std::make_unique<char[]>(line.size() + least_behind);
+        const auto out = std::make_unique<char[]>(line.size() + least_after);
         kvt_str::put_number_line(out.get(), number);
         EXPECT_EQ(std::string(out.get(), line.size()), line);
     }

@@ -131,7 +131,7 @@ TEST(ScanReal, TakesASign) {
     EXPECT_TRUE(std::signbit(scan("-0").value));
 }
 
-TEST(ScanReal, TakesOneSignWithTheNumberBehindItAtOnce) {
+TEST(ScanReal, TakesOneSignWithTheNumberAfterItAtOnce) {
     EXPECT_EQ(scanned("--5"), std::nullopt);
     EXPECT_EQ(scanned("+-5"), std::nullopt);
     EXPECT_EQ(scanned("- 5"), std::nullopt);
@@ -190,7 +190,7 @@ TEST(ScanReal, TakesANumberWhoseExponentIsMissing) {
     EXPECT_EQ(scanned("100er"), 100.0F);
 }
 
-TEST(ScanReal, EndsBehindTheNumber) {
+TEST(ScanReal, EndsAfterTheNumber) {
     EXPECT_EQ(scanned("1.5 6"), 1.5F);
     EXPECT_EQ(scanned("1.5.5"), 1.5F);
     EXPECT_EQ(scanned("1,5"), 1.0F);
@@ -261,7 +261,7 @@ TEST(ScanReal, KeepsTheSignOfNan) {
     EXPECT_TRUE(std::signbit(*value));
 }
 
-TEST(ScanReal, DoesNotTakeWhatStandsInParenthesesBehindNan) {
+TEST(ScanReal, DoesNotTakeWhatStandsInParenthesesAfterNan) {
     const auto bits_of = [](const char *text) {
         return std::bit_cast<uint32_t>(scan(text).value);
     };
@@ -294,7 +294,7 @@ TEST(ScanReal, TakesAHexadecimalFormWhoseExponentIsMissing) {
     EXPECT_EQ(scanned("0x1pf"), 1.0F);
 }
 
-TEST(ScanReal, WantsADigitOrAPointBehindTheHexadecimalPrefix) {
+TEST(ScanReal, WantsADigitOrAPointAfterTheHexadecimalPrefix) {
     EXPECT_EQ(scanned("0x"), std::nullopt);
     EXPECT_EQ(scanned("-0X"), std::nullopt);
     EXPECT_EQ(scanned("0xg"), std::nullopt);
@@ -366,7 +366,7 @@ TEST(ScanReal, RandomNumbersAreScannedAsByTheCLibrary) {
 // --- read_plain_real -----------------------------------------------------------------------------
 
 /// The value that is read from a text's plain form, if it is in one. Fails where the scan reads
-/// another value, and where the position is not behind the newline.
+/// another value, and where the position is not after the newline.
 std::optional<float> read_plain(const std::string &text) {
     const kvt_str::PlainReal real = kvt_str::read_plain_real(text.c_str());
     if (real.next == nullptr) {
@@ -461,7 +461,7 @@ TEST(FormatReal, ShowsSixDigits) {
     EXPECT_EQ(formatted(999999.5F), "1e+06");
 }
 
-TEST(FormatReal, ShowsNoPointBehindAWholeNumber) {
+TEST(FormatReal, ShowsNoPointAfterAWholeNumber) {
     EXPECT_EQ(formatted(5.0F), "5");
     EXPECT_EQ(formatted(100000.0F), "100000");
 }

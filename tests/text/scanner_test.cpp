@@ -33,7 +33,7 @@ int closes(std::string_view line) {
 }
 
 /// What the text goes on with from where find_end_msg leads.
-std::string rest_behind_block(std::string_view text) {
+std::string rest_after_block(std::string_view text) {
     const auto copy = exact_copy(text);
     return find_end_msg(copy.get());
 }
@@ -47,7 +47,7 @@ std::optional<std::string> rest_at_next_msg(std::string_view text, uint32_t leng
 
 // --- next_line -----------------------------------------------------------------------------------
 
-TEST(NextLine, LeadsToTheCharacterBehindTheNewline) {
+TEST(NextLine, LeadsToTheCharacterAfterTheNewline) {
     EXPECT_EQ(rest_at_next_line("job_id: 5\nstate: 1\n"), "state: 1\n");
 }
 
@@ -74,12 +74,12 @@ TEST(NextLine, TakesANewlineAtThePositionItselfForTheLinesEnd) {
     EXPECT_EQ(rest_at_next_line("\nstate: 1\nnode: 2\n"), "state: 1\nnode: 2\n");
 }
 
-TEST(NextLine, LeadsToTheNulBehindTheLastLine) {
+TEST(NextLine, LeadsToTheNulAfterTheLastLine) {
     const auto text = exact_copy("job_id: 5\n");
     EXPECT_EQ(next_line(text.get()), text.get() + 10);
 }
 
-TEST(NextLine, LeadsToTheNulBehindBlanks) {
+TEST(NextLine, LeadsToTheNulAfterBlanks) {
     const auto text = exact_copy("a\n \t\n ");
     EXPECT_EQ(next_line(text.get()), text.get() + 6);
 }
@@ -196,78 +196,78 @@ TEST(CheckEndMsg, RefusesTheEmptyTextAndNull) {
 
 // --- find_end_msg --------------------------------------------------------------------------------
 
-TEST(FindEndMsg, LeadsBehindTheBlocksClosingLine) {
-    EXPECT_EQ(rest_behind_block("quota {\n"
-                                "  id: 1\n"
-                                "}\n"
-                                "state: 1\n"),
+TEST(FindEndMsg, LeadsAfterTheBlocksClosingLine) {
+    EXPECT_EQ(rest_after_block("quota {\n"
+                               "  id: 1\n"
+                               "}\n"
+                               "state: 1\n"),
               "state: 1\n");
 }
 
-TEST(FindEndMsg, LeadsBehindABlockThatHoldsAnother) {
-    EXPECT_EQ(rest_behind_block("quota {\n"
-                                "  range {\n"
-                                "    id: 1\n"
-                                "  }\n"
-                                "  id: 2\n"
-                                "}\n"
-                                "state: 1\n"),
+TEST(FindEndMsg, LeadsAfterABlockThatHoldsAnother) {
+    EXPECT_EQ(rest_after_block("quota {\n"
+                               "  range {\n"
+                               "    id: 1\n"
+                               "  }\n"
+                               "  id: 2\n"
+                               "}\n"
+                               "state: 1\n"),
               "state: 1\n");
 }
 
 TEST(FindEndMsg, SkipsALineWithoutBracesAlone) {
-    EXPECT_EQ(rest_behind_block("job_id: 5\nquota {\n}\n"), "quota {\n}\n");
-    EXPECT_EQ(rest_behind_block("job_id: 5\n}\n"), "}\n");
+    EXPECT_EQ(rest_after_block("job_id: 5\nquota {\n}\n"), "quota {\n}\n");
+    EXPECT_EQ(rest_after_block("job_id: 5\n}\n"), "}\n");
 }
 
 TEST(FindEndMsg, SkipsAnEmptyLineAlone) {
-    EXPECT_EQ(rest_behind_block("\nquota {\n}\nstate: 1\n"), "quota {\n}\nstate: 1\n");
+    EXPECT_EQ(rest_after_block("\nquota {\n}\nstate: 1\n"), "quota {\n}\nstate: 1\n");
 }
 
-TEST(FindEndMsg, SkipsBlanksBehindTheBlock) {
-    EXPECT_EQ(rest_behind_block("quota {\n}\n\n\t  \n  state: 1\n"), "state: 1\n");
+TEST(FindEndMsg, SkipsBlanksAfterTheBlock) {
+    EXPECT_EQ(rest_after_block("quota {\n}\n\n\t  \n  state: 1\n"), "state: 1\n");
 }
 
-TEST(FindEndMsg, StopsAtACarriageReturnBehindTheBlock) {
-    EXPECT_EQ(rest_behind_block("quota {\r\n}\r\n\r\nstate: 1\n"), "\r\nstate: 1\n");
+TEST(FindEndMsg, StopsAtACarriageReturnAfterTheBlock) {
+    EXPECT_EQ(rest_after_block("quota {\r\n}\r\n\r\nstate: 1\n"), "\r\nstate: 1\n");
 }
 
-TEST(FindEndMsg, GoesOnBehindALineThatClosesAndOpens) {
-    EXPECT_EQ(rest_behind_block("quota {\n"
-                                "} {\n"
-                                "  id: 1\n"
-                                "}\n"
-                                "state: 1\n"),
+TEST(FindEndMsg, GoesOnAfterALineThatClosesAndOpens) {
+    EXPECT_EQ(rest_after_block("quota {\n"
+                               "} {\n"
+                               "  id: 1\n"
+                               "}\n"
+                               "state: 1\n"),
               "state: 1\n");
 }
 
 TEST(FindEndMsg, CountsEveryBraceOfALine) {
-    EXPECT_EQ(rest_behind_block("a { b {\n}\nc\n}\nd\n"), "d\n");
-    EXPECT_EQ(rest_behind_block("a { {\nb\n}}\nc\n"), "c\n");
-    EXPECT_EQ(rest_behind_block("a {\n}{}{ {\n}\n}\nb\n"), "b\n");
+    EXPECT_EQ(rest_after_block("a { b {\n}\nc\n}\nd\n"), "d\n");
+    EXPECT_EQ(rest_after_block("a { {\nb\n}}\nc\n"), "c\n");
+    EXPECT_EQ(rest_after_block("a {\n}{}{ {\n}\n}\nb\n"), "b\n");
 }
 
 TEST(FindEndMsg, EndsWithALineThatOpensAndCloses) {
-    EXPECT_EQ(rest_behind_block("a { b }\nc\n"), "c\n");
-    EXPECT_EQ(rest_behind_block("}{\nc\n"), "c\n");
-    EXPECT_EQ(rest_behind_block("a {{}}\nb {\n}\n"), "b {\n}\n");
+    EXPECT_EQ(rest_after_block("a { b }\nc\n"), "c\n");
+    EXPECT_EQ(rest_after_block("}{\nc\n"), "c\n");
+    EXPECT_EQ(rest_after_block("a {{}}\nb {\n}\n"), "b {\n}\n");
 }
 
 TEST(FindEndMsg, CountsBracesInQuotedTextsToo) {
-    EXPECT_EQ(rest_behind_block("a {\nname: \"}\"\n}\nb\n"), "}\nb\n");
-    EXPECT_EQ(rest_behind_block("a {\nname: \"{\"\n}\nb\n}\nc\n"), "c\n");
+    EXPECT_EQ(rest_after_block("a {\nname: \"}\"\n}\nb\n"), "}\nb\n");
+    EXPECT_EQ(rest_after_block("a {\nname: \"{\"\n}\nb\n}\nc\n"), "c\n");
 }
 
 TEST(FindEndMsg, LooksAtTheDepthOnlyWhereALineEnds) {
-    EXPECT_EQ(rest_behind_block("a {\n} {\nb\n}\nc\n"), "c\n");
-    EXPECT_EQ(rest_behind_block("a {\n}   b: 1\nc\n"), "c\n");
+    EXPECT_EQ(rest_after_block("a {\n} {\nb\n}\nc\n"), "c\n");
+    EXPECT_EQ(rest_after_block("a {\n}   b: 1\nc\n"), "c\n");
 }
 
 TEST(FindEndMsg, GoesOnUntilAFirstClosingLineIsMadeUpFor) {
-    EXPECT_EQ(rest_behind_block("}\n"
-                                "a: 1\n"
-                                "b {\n"
-                                "c: 2\n"),
+    EXPECT_EQ(rest_after_block("}\n"
+                               "a: 1\n"
+                               "b {\n"
+                               "c: 2\n"),
               "c: 2\n");
 }
 
@@ -276,7 +276,7 @@ TEST(FindEndMsg, StartsToCountAtThePosition) {
     EXPECT_EQ(find_end_msg(text.get() + 1), text.get() + 6);
 }
 
-TEST(FindEndMsg, LeadsToTheNulBehindTheLastBlock) {
+TEST(FindEndMsg, LeadsToTheNulAfterTheLastBlock) {
     const auto text = exact_copy("quota {\n}\n");
     EXPECT_EQ(find_end_msg(text.get()), text.get() + 10);
 }
@@ -310,7 +310,7 @@ TEST(FindEndMsg, CountsAsDeepAsTheTextGoes) {
     for (unsigned i = 0; i < 100000; ++i) {
         text += "}\n";
     }
-    EXPECT_EQ(rest_behind_block(text + "b\n"), "b\n");
+    EXPECT_EQ(rest_after_block(text + "b\n"), "b\n");
 }
 
 TEST(FindEndMsg, GivesNullForNull) {
@@ -339,7 +339,7 @@ TEST(NextMsg, GivesNullWhenTheNewlineIsBeyondTheLength) {
     EXPECT_EQ(rest_at_next_msg("abc\nmsg {\n", 2), std::nullopt);
 }
 
-TEST(NextMsg, GivesNullWhenTheNewlineIsJustBehindTheLength) {
+TEST(NextMsg, GivesNullWhenTheNewlineIsJustAfterTheLength) {
     EXPECT_EQ(rest_at_next_msg("abc\nmsg {\n", 3), std::nullopt);
 }
 
@@ -360,7 +360,7 @@ TEST(NextMsg, SkipsSpacesAndTabsOnlyInsideTheLength) {
     EXPECT_EQ(rest_at_next_msg("a\n \tmsg {\n", 4), "msg {\n");
 }
 
-TEST(NextMsg, ReturnsABlankAtTheLengthsEndBehindAnEmptyLineToo) {
+TEST(NextMsg, ReturnsABlankAtTheLengthsEndAfterAnEmptyLineToo) {
     EXPECT_EQ(rest_at_next_msg("a\n \n msg {\n", 4), " msg {\n");
 }
 
@@ -378,7 +378,7 @@ TEST(NextMsg, GivesNullWhenNoNewlineIsLeft) {
     EXPECT_EQ(rest_at_next_msg("", 1), std::nullopt);
 }
 
-TEST(NextMsg, LeadsToTheNulBehindTheLastLine) {
+TEST(NextMsg, LeadsToTheNulAfterTheLastLine) {
     EXPECT_EQ(rest_at_next_msg("}\n", 2), "");
     EXPECT_EQ(rest_at_next_msg("}\n \n\t", 5), "");
     EXPECT_EQ(rest_at_next_msg("}\n", 1), std::nullopt);

@@ -48,7 +48,7 @@ TEST(ScanQuoted, EndsAtTheNextQuote) {
     EXPECT_EQ(scanned("key: \"a\"b\" \"c\"\n"), "a");
 }
 
-TEST(ScanQuoted, WantsTheColonBehindTheKeyAtOnce) {
+TEST(ScanQuoted, WantsTheColonAfterTheKeyAtOnce) {
     EXPECT_EQ(scanned("key \"value\"\n"), "");
     EXPECT_EQ(scanned("key : \"value\"\n"), "");
     EXPECT_EQ(scanned("keys: \"value\"\n"), "");
@@ -92,7 +92,7 @@ TEST(ScanQuoted, TakesTheTextsEndForTheClosingQuote) {
     EXPECT_EQ(scanned("key: \"value\n"), "value\n");
 }
 
-TEST(ScanQuoted, WantsACharacterBehindTheQuote) {
+TEST(ScanQuoted, WantsACharacterAfterTheQuote) {
     EXPECT_EQ(scanned("key: \""), "");
 }
 
@@ -209,7 +209,7 @@ TEST(FindQuote, GivesTheEndWhenThereIsNone) {
     EXPECT_EQ(reader.find_quote(reader.end()), reader.end());
 }
 
-TEST(FindQuote, FindsTheNextQuoteOnceThePositionIsBehindTheRememberedOne) {
+TEST(FindQuote, FindsTheNextQuoteOnceThePositionIsAfterTheRememberedOne) {
     const auto text = exact_copy("a\"b\"\"");
     Text reader(text.get());
     EXPECT_EQ(reader.find_quote(text.get()), text.get() + 1);
@@ -273,7 +273,7 @@ TEST(TextHas, CountsTheCharactersBeforeTheNul) {
     EXPECT_FALSE(reader.has(text.get() + 3, 1));
 }
 
-TEST(TextAfterLine, IsTheCharacterBehindTheNewline) {
+TEST(TextAfterLine, IsTheCharacterAfterTheNewline) {
     const auto text = exact_copy("ab\n\n  c\n");
     const Text reader(text.get());
     EXPECT_EQ(reader.after_line(text.get()), text.get() + 3);
@@ -302,7 +302,7 @@ ptrdiff_t block_end(const std::string &text, size_t from = 0) {
     return end - copy.get();
 }
 
-TEST(TextFindBlockEnd, IsBehindTheBlanksAfterTheBlock) {
+TEST(TextFindBlockEnd, IsAfterTheBlanksAfterTheBlock) {
     EXPECT_EQ(block_end("msg {\n  type: END_JOB\n  end_job {\n    job_id: 5\n  }\n}\n\n msg {\n"),
               56);
     EXPECT_EQ(block_end("a {\n}\nb\n"), 6);
@@ -332,7 +332,7 @@ TEST(TextFindBlockEnd, RandomTextsEndWhereThePlainScannerSays) {
 
 // --- plain_quoted --------------------------------------------------------------------------------
 
-/// The value of a text that stands behind a first quote.
+/// The value of a text that stands after a first quote.
 std::string plain(const std::string &text) {
     const auto copy = exact_copy(text);
     const std::string_view value = kvt_str::plain_quoted(copy.get(), copy.get() + text.size());

@@ -31,11 +31,11 @@ TEST(CopyWords, CopiesExactlyTheLength) {
     for (unsigned length = 0; length <= greatest_length; ++length) {
         const std::string from = different_characters(length);
         std::string out(guard + length + guard, '#');
-        const char *behind =
+        const char *after =
             copy_words(out.data() + guard, exact_copy_without_nul(from).get(), length);
         EXPECT_EQ(out, std::string(guard, '#') + from + std::string(guard, '#'))
             << "length " << length;
-        EXPECT_EQ(behind - out.data(), guard + length);
+        EXPECT_EQ(after - out.data(), guard + length);
     }
 }
 
@@ -74,7 +74,7 @@ TEST(EqualWords, FindsADifferenceAtEveryPosition) {
     }
 }
 
-TEST(EqualWords, DoesNotLookBeforeOrBehindTheLength) {
+TEST(EqualWords, DoesNotLookBeforeOrAfterTheLength) {
     for (unsigned length = 4; length <= greatest_length; ++length) {
         const std::string same = different_characters(length);
         const std::string a = "01234567" + same + "89abcdef";

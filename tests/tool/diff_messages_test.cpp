@@ -52,10 +52,10 @@ private:
 };
 
 /// `count` words from a number on, such as "E5 E6 E7".
-std::string words_from(size_t first, size_t count, const std::string &behind = "") {
+std::string words_from(size_t first, size_t count, const std::string &after = "") {
     std::string words;
     for (size_t i = first; i < first + count; ++i) {
-        words += "E" + std::to_string(i) + behind + " ";
+        words += "E" + std::to_string(i) + after + " ";
     }
     return words;
 }
@@ -126,7 +126,7 @@ TEST(DiffMessages, FindsInsertionsThatAreShorterThanWhatIsReadAhead) {
     EXPECT_EQ(places(common, words_from(1, 900) + common), expected);
 }
 
-TEST(DiffMessages, GoesOnBehindInsertionsThatAreLonger) {
+TEST(DiffMessages, GoesOnAfterInsertionsThatAreLonger) {
     EXPECT_EQ(places("E1 E2 E3", words_from(11, 7) + "E1 E2 E3", {.messages = 4}),
               "-1 -2 -3 -4 -5 -6 -7 ");
     EXPECT_EQ(places("E1", words_from(10, 3), {.messages = 1}), "1- -1 -2 -3 ");

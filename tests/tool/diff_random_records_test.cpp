@@ -31,7 +31,7 @@ TEST(DiffOfRandomRecords, IsNoneBetweenARecordAndItselfReadAgain) {
             kvt_test::OwnedRecord record(*kind.record);
             kvt_test::fill_randomly(*kind.record, record.get(), random);
             const auto value = static_cast<int32_t>(kind.value);
-            // A byte array whose end is another value than 0 is read with zeros behind it.
+            // A byte array whose end is another value than 0 is read with zeros after it.
             const kvt_test::ReadMessage<char> read(value,
                                                    kvt_test::text_of_record(value, record.get()));
             const kvt_test::ReadMessage<char> again(value, kvt_test::text_of_record(value, &*read));

@@ -76,7 +76,7 @@ TEST_F(FieldPathsOfAJob, LeadToAllElementsWithoutAnIndex) {
     EXPECT_EQ(show("conns[*].qp_child_idxs[1]"), "conns[0].qp_child_idxs[1] 8\n");
 }
 
-TEST_F(FieldPathsOfAJob, LeadNowhereBehindTheEndOfAList) {
+TEST_F(FieldPathsOfAJob, LeadNowhereAfterTheEndOfAList) {
     EXPECT_EQ(show("conns[2].tree_id"), "");
     EXPECT_EQ(show("conns[18446744073709551615]"), "");
     EXPECT_EQ(show("trees.tree_id"), "");

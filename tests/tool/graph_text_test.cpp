@@ -16,7 +16,7 @@ TEST(GraphText, WhatIsNoUtf8IsShownAsItsBytes) {
     EXPECT_EQ(visible("\xe0\x80\xaf"), "\\xe0\\x80\\xaf");
     EXPECT_EQ(visible("\xed\xa0\x80"), "\\xed\\xa0\\x80") << "a surrogate";
     EXPECT_EQ(visible("\xef\xbf\xbf"), "\\xef\\xbf\\xbf") << "no character of XML";
-    EXPECT_EQ(visible("\xf4\x90\x80\x80"), "\\xf4\\x90\\x80\\x80") << "behind the last plane";
+    EXPECT_EQ(visible("\xf4\x90\x80\x80"), "\\xf4\\x90\\x80\\x80") << "beyond the last plane";
     EXPECT_EQ(visible("\xf5\x80\x80\x80"), "\\xf5\\x80\\x80\\x80");
 }
 

@@ -275,7 +275,7 @@ TEST(JsonStream, TakesValuesOnLinesOneAfterTheOtherAndInAList) {
     EXPECT_EQ(values_of(" [\n ]\n"), Values());
 }
 
-TEST(JsonStream, GoesOnBehindAValueThatIsBroken) {
+TEST(JsonStream, GoesOnAfterAValueThatIsBroken) {
     EXPECT_EQ(values_of("{\"a\": \"\n{\"b\": 1}\nx y\n{}"),
               (Values{"1: {\"a\": \"", "2: {\"b\": 1}", "3: x", "3: y", "4: {}"}));
 }

@@ -92,7 +92,7 @@ TEST(UnitStream, KeepsALongMessageWhole) {
         (std::vector<Part>{{large, 1, 0}, {message, UnitStream::long_unit + 3, large.size()}}));
 }
 
-// The codec counts all braces of an unknown block, and none behind the key of a first line.
+// The codec counts all braces of an unknown block, and none after the key of a first line.
 TEST(UnitStream, KeepsALongMessageWholeWhoeverCountsItsBraces) {
     for (const char *block : {"  x { {\n  }\n  }\n", "  quota {\n    max_qps: 3 }\n  }\n",
                               "  x {\n  } }\n", "  \"}\"\n", "  y { }\n"}) {
@@ -125,14 +125,14 @@ TEST(UnitStream, KeepsOnlyTheBeginningOfMuchTextOutsideOfMessages) {
     EXPECT_EQ(parts[1], (Part{"  " + message, UnitStream::long_unit / 2 + 1, words.size()}));
 }
 
-TEST(UnitStream, FindsAMessageBehindALineThatNeverEnds) {
+TEST(UnitStream, FindsAMessageAfterALineThatNeverEnds) {
     const std::string line(5 * UnitStream::long_unit, 'x');
     const std::vector<Part> parts = parts_of(line + "\n" + message);
     ASSERT_EQ(parts.size(), 2U);
     EXPECT_EQ(parts[1], (Part{message, 2, line.size() + 1}));
 }
 
-TEST(UnitStream, FindsAMessageBehindManyBlanks) {
+TEST(UnitStream, FindsAMessageAfterManyBlanks) {
     for (const std::string &before : {std::string(), message}) {
         const std::string blanks(3 * UnitStream::long_unit, ' ');
         const std::vector<Part> parts = parts_of(before + blanks + message);
@@ -146,7 +146,7 @@ TEST(UnitStream, FindsAMessageBehindManyBlanks) {
     }
 }
 
-TEST(UnitStream, TakesMuchTextBehindAWordForNoMessage) {
+TEST(UnitStream, TakesMuchTextAfterAWordForNoMessage) {
     const std::vector<Part> parts =
         parts_of("msgs are here\n" + repeat(UnitStream::long_unit, "words\n") + message);
     ASSERT_EQ(parts.size(), 2U);

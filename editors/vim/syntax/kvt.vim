@@ -12,7 +12,7 @@ syntax match kvtKey /^\s*\zs\h\w*\ze:/ nextgroup=kvtColon
 syntax match kvtBlock /^\s*\zs\h\w*\ze\s*{/
 syntax match kvtBrace /[{}]/
 syntax match kvtColon /:/ contained nextgroup=kvtNumber,kvtKind,kvtText skipwhite
-syntax match kvtNumber /[-+]\?\%(\d\+\%(\.\d*\)\?\%([eE][-+]\?\d\+\)\?\|\.\d\+\|inf\>\|nan\>\)/ contained nextgroup=kvtBehindNumber
+syntax match kvtNumber /[-+]\?\%(\d\+\%(\.\d*\)\?\%([eE][-+]\?\d\+\)\?\|\.\d\+\|inf\>\|nan\>\)/ contained nextgroup=kvtAfterNumber
 syntax region kvtText start=/"/ end=/"/ oneline contained
 
 " The envelope and the type line. The list is that of "kvt kinds", without those that have no record.
@@ -43,7 +43,7 @@ syntax match kvtKind /\<EVENTS_REPLY\>/ contained
 syntax match kvtKind /\<RESOURCE_DATA\>/ contained
 
 " What the reader does not read, or reads as something else.
-syntax match kvtBehindNumber /\s*[^ \t\r][^\r]*/ contained
+syntax match kvtAfterNumber /\s*[^ \t\r][^\r]*/ contained
 syntax match kvtBlankBeforeColon /\%(^\s*\h\w*\)\@<=\s\+:/
 syntax match kvtCarriageReturn /\r/ containedin=ALL
 
@@ -56,7 +56,7 @@ highlight default link kvtKey Identifier
 highlight default link kvtColon Delimiter
 highlight default link kvtNumber Number
 highlight default link kvtText String
-highlight default link kvtBehindNumber Error
+highlight default link kvtAfterNumber Error
 highlight default link kvtBlankBeforeColon Error
 highlight default link kvtCarriageReturn Error
 

@@ -1,7 +1,32 @@
 /**
  * @file
- * The kinds of messages. The text name of a kind is its constant without the
- * prefix VEMRA_MSG_TYPE_.
+ * The kinds of messages, and what holds for the records of all kinds.
+ *
+ * The text name of a kind is its constant without the prefix VEMRA_MSG_TYPE_.
+ *
+ * Numbers. The codec writes and reads a number as the machine sees it in memory, and does not
+ * interpret it. Where a member's comment says "of the message layer", the programs that exchange
+ * the messages agree on the unit or on the values; the codec knows neither. A flag is off when it
+ * is 0 and on otherwise.
+ *
+ * Arrays. A pointer to an array has its count in another member of the record, which its comment
+ * names. To write a record, the array must have at least as many elements as the count says. It may
+ * be NULL beside any count: then no element is written, but the count is. In a record that
+ * kvt_msg_from_str() made, an array without elements is NULL, and its count can be wrong: that
+ * function's comment says when. Counts and elements agree when kvt_check() finds nothing in the
+ * text, and in the texts that kvt_msg_arr_from_str() returns.
+ *
+ * Texts. A text in the record itself ends with a NUL, or fills its array: the writer goes no
+ * further. What is read always ends with a NUL and is cut where it is longer. A text that a pointer
+ * leads to ends with a NUL; NULL is written like an empty one. Its length stands in another member:
+ * the writer writes it as it stands, the reader sets it, and nothing else uses it. An empty text is
+ * not written, and reads back as an empty array or as NULL. kvt_msg_to_str() says which characters
+ * a text must not hold.
+ *
+ * Ownership. The writer only reads a record; what its pointers lead to stays the caller's. A record
+ * that kvt_msg_from_str() made owns all that its pointers lead to, at any depth, each allocated by
+ * calloc or realloc. kvt_msg_release() frees it all with the record. A program may replace such a
+ * pointer when it frees the old one and puts in one that free() takes, or NULL.
  */
 #ifndef KVT_MESSAGES_MESSAGE_TYPE_H
 #define KVT_MESSAGES_MESSAGE_TYPE_H

@@ -7,7 +7,7 @@ same "texts that lose nothing have no findings" "0 " "$status $out$err"
 
 printf '\n\nmsg {\n  type: END_JOB\n  end_job {\n\tjob_id: 5x\n    reservation_idd: 7\n  }\n}\n' >two.kvt
 run kvt check two.kvt
-same "findings with the line and its place" "1 two.kvt:6:11: behind-number: the reader takes '5' and skips what stands behind it, 'x'
+same "findings with the line and its place" "1 two.kvt:6:11: after-number: the reader takes '5' and skips what stands after it, 'x'
   6 | 	job_id: 5x
     | 	         ^
 two.kvt:7:5: longer-key:" "$status ${out%% the reader takes \'reservation*}"
@@ -22,16 +22,16 @@ run kvt check --quiet two.kvt
 same "--quiet says nothing" "1 " "$status $out$err"
 run kvt check --only longer-key,nul two.kvt
 same "--only" "1 1" "$status $(grep -c two.kvt: <<<"$out")"
-run kvt check --ignore longer-key --ignore behind-number two.kvt
+run kvt check --ignore longer-key --ignore after-number two.kvt
 same "--ignore" "0 " "$status $out$err"
 run kvt check --only nonsense two.kvt
 same "a name that is none" 2 "$status"
 run kvt check --list
 same "--list has every name" 0 "$status"
-same "with what it means" 1 "$(grep -c '^behind-number  *[A-Za-z]' <<<"$out")"
+same "with what it means" 1 "$(grep -c '^after-number  *[A-Za-z]' <<<"$out")"
 
 run kvt check --format json two.kvt
-same "--format json has one object a line" "2 6 11 behind-number job_id: 5x" \
+same "--format json has one object a line" "2 6 11 after-number job_id: 5x" \
     "$(wc -l <<<"$out") $(head -n 1 <<<"$out" |
         python3 -c 'import json, sys; f = json.load(sys.stdin)
 print(f["line"], f["column"], f["name"], f["text"].strip())')"
@@ -50,7 +50,7 @@ run kvt check control.kvt
 same "a terminal gets no control characters" 0 "$(tr -cd '\033' <<<"$out" | wc -c)"
 
 run_in_terminal "kvt check two.kvt"
-same "colours for a terminal" 1 "$(grep -c $'\033\\[1;31mbehind-number' <<<"$out")"
+same "colours for a terminal" 1 "$(grep -c $'\033\\[1;31mafter-number' <<<"$out")"
 run_in_terminal "NO_COLOR=1 kvt check two.kvt"
 same "none with NO_COLOR" 0 "$(tr -cd '\033' <<<"$out" | wc -c)"
 

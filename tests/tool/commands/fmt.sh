@@ -25,7 +25,7 @@ same "what is lost is said, and the rest printed" \
 
 { echo words; cat good.kvt; printf 'msg {\n  type: FOO\n}\n'; cat good.kvt; } >some_bad.kvt
 run kvt fmt some_bad.kvt
-same "reading goes on behind what is wrong" "1 2" "$status $(grep -c 'job_id: 5' <<<"$out")"
+same "reading goes on after what is wrong" "1 2" "$status $(grep -c 'job_id: 5' <<<"$out")"
 same "what is wrong is said with file and line" "some_bad.kvt:1:1: 
 some_bad.kvt:9:9: " "$(sed -E 's/^([^ ]* ).*/\1/' <<<"$err")"
 
