@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "engine/release.h"
 #include "message_table.h"
 #include "messages.h"
 #include "support/lies.h"
@@ -22,6 +23,24 @@ const MessageKind &random_kind(Random &random) {
             return kind;
         }
     }
+}
+
+bool has_elements_that_own_memory(const Record &table) {
+    for (const Row &row : table.rows) {
+        if (row.element != nullptr && owns_memory(*row.element)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+/// A message of nothing but lies. Where elements own memory they do most harm.
+std::string random_lies(Random &random) {
+    const MessageKind *kind = &random_kind(random);
+    for (int tries = 0; tries < 4 && !has_elements_that_own_memory(*kind->record); ++tries) {
+        kind = &random_kind(random);
+    }
+    return lie(std::string(kind->head) + "  }\n}\n", *kind->record, random);
 }
 
 /// A message as the writer writes it.
@@ -62,6 +81,8 @@ std::string change(const std::string &text, const Record &table, Random &random)
         return text + random_message(random);
     case 4:
         return with_lines_again(text, random);
+    case 5:
+        return random_lies(random);
     default:
         return mutate(text, table, random);
     }

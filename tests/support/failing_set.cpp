@@ -59,6 +59,15 @@ std::string FailingSet::in_words() const {
     return ranges_.empty() ? "none" : words;
 }
 
+namespace {
+
+/// A number below a limit, small ones more often: most texts take few allocations.
+size_t skewed_below(size_t limit, Random &random) {
+    return below(random, 1 + below(random, limit));
+}
+
+} // namespace
+
 std::string random_failures(size_t allocations, Random &random) {
     const bool growth_alone = below(random, 2) == 0;
     std::string bytes(1, growth_alone ? '\1' : '\0');
@@ -67,10 +76,10 @@ std::string random_failures(size_t allocations, Random &random) {
     }
     switch (below(random, 3)) {
     case 0:
-        append(bytes, below(random, allocations), 1);
+        append(bytes, skewed_below(allocations, random), 1);
         break;
     case 1:
-        append(bytes, below(random, allocations), most);
+        append(bytes, skewed_below(allocations, random), most);
         break;
     default:
         for (size_t ranges = 1 + below(random, 6); ranges != 0; --ranges) {

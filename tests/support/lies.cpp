@@ -16,6 +16,9 @@ namespace {
 /// More elements than any list has room for at first, what the reader keeps for itself among them.
 constexpr size_t many = 33;
 
+/// More elements than an array has room for at first.
+constexpr size_t few = 6;
+
 constexpr char envelope[] = "msg";
 
 bool has_key(const Row &row, const char *line) {
@@ -44,7 +47,7 @@ const Record *find_table_on(const char *line) {
 class Liar {
 public:
     Liar(const Record &table, Random &random)
-        : table_(&table), random_(random), honesty_(below(random, 4)) {}
+        : table_(&table), random_(random), honesty_(below(random, 2) * below(random, 4)) {}
 
     std::string tell(const std::string &text) {
         for (size_t at = 0; at < text.size();) {
@@ -96,12 +99,12 @@ private:
     }
 
     void lie_in(const Record &table) {
-        if (below(random_, 4) == 0) {
-            add_runs(table, many);
+        if (below(random_, depth_ == 1 ? 2 : 4) == 0) {
+            add_runs(table, depth_ == 1 ? many : few);
         }
         add_counts(table);
         if (below(random_, 8) == 0) {
-            add_runs(table, 2);
+            add_runs(table, few);
         }
     }
 
@@ -130,7 +133,8 @@ private:
                 continue;
             }
             end_run();
-            for (size_t elements = 1 + below(random_, most); elements != 0; --elements) {
+            const size_t limit = row.opens_block() ? most : few;
+            for (size_t elements = 1 + below(random_, limit); elements != 0; --elements) {
                 add_element(row);
             }
         }
@@ -145,7 +149,7 @@ private:
         add_line(key + " {");
         blocks_.push_back(row.element);
         if (lies()) {
-            add_runs(*row.element, 2);
+            add_runs(*row.element, 1 + below(random_, 2));
             add_counts(*row.element);
         }
         blocks_.pop_back();
