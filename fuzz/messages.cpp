@@ -14,14 +14,13 @@ using namespace kvt_str;
 Message read_as(const char *text, Counts counts) {
     static constexpr MessageReader reader = {"read_as", &MessageCodec::no_memory};
     if (!begins_message(text)) {
-        return {nullptr, nullptr, false};
+        return {nullptr, nullptr};
     }
     Input input{Text(text), counts};
     Message message{};
     if (read_message(input, text, reader, message.kind, &message.record) == nullptr) {
-        return {nullptr, nullptr, false};
+        return {nullptr, nullptr};
     }
-    message.lies = input.lying_counts.size() != 0;
     return message;
 }
 

@@ -13,7 +13,6 @@ namespace kvt_fuzz {
 struct Message {
     const kvt_str::MessageKind *kind; ///< null when there is no message
     void *record;                     ///< to be released
-    bool lies; ///< a count of elements that own memory does not tell how many there are
 };
 
 Message read_as(const char *text, kvt_str::Counts counts);

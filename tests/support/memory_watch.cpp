@@ -1,7 +1,9 @@
 #include "support/memory_watch.h"
 
 #include <algorithm>
-#include <set>
+#include <cstring>
+#include <map>
+#include <utility>
 
 #include "support/unknown_memory.h"
 
@@ -17,23 +19,25 @@ namespace {
 
 struct State {
     bool watching = false;
-    bool growth_fails = false;
-    size_t first = 0;
-    size_t count = 0;
+    bool growth_is_marked = false;
+    std::function<bool(const Request &request)> chosen; ///< to fail; null when nothing is
     size_t requests = 0;
+    size_t growths = 0;
     size_t failed = 0;
     size_t largest = 0;
-    std::set<void *> alive;
+    std::map<const void *, size_t> alive; ///< blocks and their sizes
 };
+
+constexpr char mark = '\xA5';
 
 State state;
 
 /// True when the request that is made now is to fail.
 bool fails(bool growth, size_t size) {
-    const size_t number = state.requests++;
+    const bool failing = state.chosen && state.chosen({growth, state.requests, state.growths});
+    ++state.requests;
+    state.growths += growth;
     state.largest = std::max(state.largest, size);
-    const bool failing = (growth && state.growth_fails) ||
-                         (number >= state.first && number - state.first < state.count);
     state.failed += failing;
     return failing;
 }
@@ -50,20 +54,28 @@ MemoryWatch::~MemoryWatch() {
 }
 
 void MemoryWatch::fail(size_t first, size_t count) {
-    state.first = first;
-    state.count = count;
+    fail_where([first, count](const Request &request) {
+        return request.number >= first && request.number - first < count;
+    });
+}
+
+void MemoryWatch::fail_where(std::function<bool(const Request &request)> chosen) {
+    state.chosen = std::move(chosen);
     state.requests = 0;
+    state.growths = 0;
     state.failed = 0;
-    state.growth_fails = false;
 }
 
 void MemoryWatch::fail_all_growth() {
-    fail(0, 0);
-    state.growth_fails = true;
+    fail_where([](const Request &request) { return request.growth; });
 }
 
 void MemoryWatch::fail_nothing() {
     fail(0, 0);
+}
+
+void MemoryWatch::mark_growth() {
+    state.growth_is_marked = true;
 }
 
 size_t MemoryWatch::requests() const {
@@ -79,7 +91,8 @@ size_t MemoryWatch::alive() const {
 }
 
 void MemoryWatch::free_alive() {
-    for (void *block : state.alive) {
+    for (const auto &[watched, size] : state.alive) {
+        void *block = const_cast<void *>(watched);
         block_is_released(block);
         __real_free(block);
     }
@@ -88,6 +101,15 @@ void MemoryWatch::free_alive() {
 
 size_t MemoryWatch::largest() const {
     return state.largest;
+}
+
+size_t watched_size(const void *block) {
+    const auto found = state.alive.find(block);
+    return found != state.alive.end() ? found->second : 0;
+}
+
+bool is_marked(const char *bytes, size_t size) {
+    return std::all_of(bytes, bytes + size, [](char byte) { return byte == mark; });
 }
 
 } // namespace kvt_test
@@ -103,7 +125,7 @@ void *__wrap_calloc(size_t count, size_t size) {
         return nullptr;
     }
     void *block = __real_calloc(count, size);
-    state.alive.insert(block);
+    state.alive[block] = count * size;
     return block;
 }
 
@@ -113,13 +135,17 @@ void *__wrap_realloc(void *block, size_t size) {
         return nullptr;
     }
     const size_t known = kvt_test::known_size(block);
+    const size_t watched = kvt_test::watched_size(block);
     if (state.watching) {
         state.alive.erase(block);
     }
     void *moved = __real_realloc(block, size);
     kvt_test::block_has_grown(block, known, moved, size);
     if (state.watching) {
-        state.alive.insert(moved);
+        state.alive[moved] = size;
+        if (state.growth_is_marked && size > watched) {
+            std::memset(static_cast<char *>(moved) + watched, kvt_test::mark, size - watched);
+        }
     }
     return moved;
 }

@@ -7,6 +7,7 @@
 
 #include "engine/element_size.h"
 #include "engine/member.h"
+#include "support/memory_watch.h"
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 #define KVT_SANITIZER_KNOWS_BLOCKS 1
@@ -43,16 +44,29 @@ uint64_t occurrences(const char *text, const std::string &key) {
     return count;
 }
 
+/// The elements that lie in a block from a MemoryWatch that marks growth.
+uint64_t elements_there(const Row &row, const char *elements) {
+    const size_t size = element_size(row);
+    uint64_t count = watched_size(elements) / size;
+    while (row.kind == RowKind::run && count != 0 &&
+           is_marked(elements + (count - 1) * size, size)) {
+        --count;
+    }
+    return count;
+}
+
 class Checker {
 public:
-    explicit Checker(const char *text) : text_(text) {}
+    /// `in_part` tells that the blocks of the record are from a MemoryWatch that marks growth.
+    Checker(const char *text, bool in_part) : text_(text), in_part_(in_part) {}
 
     /// Takes a block into the number of those that are held; tells what is wrong with it.
     std::string hold(const void *block, uint64_t size) {
-        if (block_size(block) == 0) {
+        const size_t room = in_part_ ? watched_size(block) : block_size(block);
+        if (room == 0) {
             return ": no block of the heap";
         }
-        if (block_size(block) < size) {
+        if (room < size) {
             return ": the block has no room for the elements";
         }
         return blocks_.insert(block).second ? "" : ": the block is held twice";
@@ -107,15 +121,34 @@ private:
         if (!problem.empty()) {
             return problem;
         }
-        const size_t length = strnlen(string, block_size(string));
-        if (length == block_size(string)) {
+        const size_t room = in_part_ ? watched_size(string) : block_size(string);
+        const size_t length = strnlen(string, room);
+        if (length == room) {
             return ": not terminated";
         }
         return load_count(row, record) == length + 1 || is_said ? "" : ": not the string's length";
     }
 
+    std::string check_elements_in_part(const Record &table, const Row &row, const char *record) {
+        const char *elements = load<const char *>(member_of(row, record));
+        if (elements != nullptr) {
+            const std::string problem = hold(elements, 1);
+            if (!problem.empty()) {
+                return problem;
+            }
+        }
+        const uint64_t count = elements_there(row, elements);
+        if (load_count(row, record) > count && !text_says_count(table, row)) {
+            return ": more elements than there are";
+        }
+        return row.kind == RowKind::run ? check_each(row, elements, nullptr, count) : "";
+    }
+
     std::string check_elements(const Record &table, const Row &row, const char *record,
                                const char *agreeing) {
+        if (in_part_) {
+            return check_elements_in_part(table, row, record);
+        }
         const char *elements = load<const char *>(member_of(row, record));
         const uint64_t said = load_count(row, record);
         uint64_t count = said;
@@ -178,11 +211,11 @@ private:
     }
 
     const char *text_;
+    bool in_part_;
     std::set<const void *> blocks_;
 };
 
-Verdict verdict(const Record &table, const void *record, const void *agreeing, const char *text) {
-    Checker checker(text);
+Verdict verdict(Checker checker, const Record &table, const void *record, const void *agreeing) {
     std::string problem = checker.hold(record, table.size);
     if (problem.empty()) {
         problem = checker.check(table, static_cast<const char *>(record),
@@ -194,12 +227,33 @@ Verdict verdict(const Record &table, const void *record, const void *agreeing, c
 } // namespace
 
 Verdict check_agreeing(const Record &table, const void *record, const char *text) {
-    return verdict(table, record, nullptr, text);
+    return verdict({text, false}, table, record, nullptr);
 }
 
 Verdict check_as_read(const Record &table, const void *record, const void *agreeing,
                       const char *text) {
-    return verdict(table, record, agreeing, text);
+    return verdict({text, false}, table, record, agreeing);
+}
+
+Verdict check_in_part(const Record &table, const void *record, const char *text) {
+    return verdict({text, true}, table, record, nullptr);
+}
+
+void count_what_is_there(const Record &table, void *record) {
+    for (const Row &row : table.rows) {
+        if (row.kind == RowKind::block) {
+            count_what_is_there(*row.element, member_of(row, record));
+        }
+        if (!row.counts_elements()) {
+            continue;
+        }
+        char *elements = load<char *>(member_of(row, record));
+        const uint64_t count = elements_there(row, elements);
+        store_count(row, record, count);
+        for (uint64_t i = 0; row.kind == RowKind::run && i < count; ++i) {
+            count_what_is_there(*row.element, elements + i * row.element->size);
+        }
+    }
 }
 
 void lower_counts(const Record &table, void *record, const void *agreeing) {

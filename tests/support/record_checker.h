@@ -35,6 +35,15 @@ Verdict check_as_read(const kvt_str::Record &table, const void *record, const vo
 /// it can be released and written.
 void lower_counts(const kvt_str::Record &table, void *record, const void *agreeing);
 
+/// The same for one that was read with Counts::as_read while allocations failed, and a MemoryWatch
+/// marked growth. No other record tells its elements then: what lies in its blocks and is not
+/// marked is there. Its counts must not promise more than that unless the text says them.
+Verdict check_in_part(const kvt_str::Record &table, const void *record, const char *text);
+
+/// Sets the counts of such a record to what lies in its blocks, so that it can be released. Among
+/// that may be elements that are all zero: the room of an array that has not grown is cleared.
+void count_what_is_there(const kvt_str::Record &table, void *record);
+
 /// The bytes that may be used of a block of the heap. Where knows_blocks() tells so, 0 for what
 /// begins no such block; elsewhere such an address must not be asked for.
 size_t block_size(const void *block);
