@@ -94,7 +94,7 @@ Extent take_word(const char *begin, const char *end) {
     const char *at = skip_sign(begin, end);
     for (const std::string_view word : words) {
         size_t same = 0;
-        while (same != word.size() && at + same != end && lower(at[same]) == word[same]) {
+        while (same != word.size() && at + same != end && lower(at[same]) == word.data()[same]) {
             ++same;
         }
         if (same == word.size()) {

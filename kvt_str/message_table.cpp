@@ -109,7 +109,7 @@ const MessageKind *find_straight_kind(const Text &text, const char *at) {
     }
     for (const MessageKind &kind : kinds) {
         if (kind.record != nullptr &&
-            load_eight(at + name_offset) == load_eight(&kind.head[name_offset]) &&
+            load_eight(at + name_offset) == load_eight(kind.head.data() + name_offset) &&
             text.has(at, kind.head.size()) && equal_words(at, kind.head.data(), kind.head.size())) {
             return &kind;
         }
