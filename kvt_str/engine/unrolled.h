@@ -128,7 +128,7 @@ private:
 
     template <typename Step> KVT_FOLDED static void for_each_row(const Step &step) {
         [&]<size_t... i>(std::index_sequence<i...>) KVT_FOLDED_LAMBDA {
-            (step(rows.data()[i]), ...);
+            (step(*(rows.data() + i)), ...);
         }
         (std::make_index_sequence<rows.size()>{});
     }
