@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstdint>
-#include <span>
 
 #include "check_state.h"
 #include "engine/row.h"
@@ -15,7 +14,7 @@ public:
     explicit BlockLines(const kvt_str::Record &table)
         : rows_(table.rows.first(table.rows.size() < most_rows ? table.rows.size() : most_rows)) {}
 
-    std::span<const kvt_str::Row> rows() const { return rows_; }
+    kvt_str::Rows rows() const { return rows_; }
 
     bool has(size_t row) const { return (seen_ >> row & 1) != 0; }
 
@@ -48,7 +47,7 @@ private:
     /// No record has as many (tests/check/table_limits_test.cpp).
     static constexpr size_t most_rows = 64;
 
-    std::span<const kvt_str::Row> rows_;
+    kvt_str::Rows rows_;
     uint64_t seen_ = 0;
     uint64_t doubtful_ = 0;
     Seen lines_[most_rows]; ///< of the rows that were seen: the others are left as they are, since

@@ -66,7 +66,7 @@ private:
     Findings &findings_;
     Cursor &cursor_;
     BlockLines lines_;
-    std::span<const kvt_str::Row> rows_;
+    kvt_str::Rows rows_;
     const Frame &frame_;
     size_t expected_ = 0; ///< the row that the next line has when lines are in the writer's order
     bool first_ = true;   ///< no line of the block has been checked yet

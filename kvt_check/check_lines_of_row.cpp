@@ -56,8 +56,9 @@ BlockCheck::Value BlockCheck::check_after_colon(const Row &row, const Line &line
         return {length != 0, length};
     }
     default: {
-        const std::optional<uint64_t> number = check_number(check_, row, line);
-        return {number.has_value(), number.value_or(0)};
+        uint64_t number = 0;
+        const bool has_number = check_number(check_, row, line, number);
+        return {has_number, number};
     }
     }
 }

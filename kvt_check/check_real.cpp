@@ -93,8 +93,9 @@ Extent take_word(const char *begin, const char *end) {
     static constexpr std::string_view words[] = {"infinity", "inf", "nan"};
     const char *at = skip_sign(begin, end);
     for (const std::string_view word : words) {
+        const char *known = word.data();
         size_t same = 0;
-        while (same != word.size() && at + same != end && lower(at[same]) == word[same]) {
+        while (same != word.size() && at + same != end && lower(at[same]) == known[same]) {
             ++same;
         }
         if (same == word.size()) {

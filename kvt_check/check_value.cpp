@@ -113,11 +113,11 @@ void report_range(Check &check, const Row &row, const Digits &digits) {
 
 } // namespace
 
-std::optional<uint64_t> check_number(Check &check, const Row &row, const Line &line) {
+bool check_number(Check &check, const Row &row, const Line &line, uint64_t &number) {
     const char *at = skip_spaces(value_of(row, line), line.end);
     if (at == line.end) {
         report_no_value(check, row, line);
-        return std::nullopt;
+        return false;
     }
     const Digits digits = take_digits(at, line.end);
     if (digits.end == digits.begin) {
@@ -125,13 +125,14 @@ std::optional<uint64_t> check_number(Check &check, const Row &row, const Line &l
         check.findings.report(KVT_FINDING_NOT_A_NUMBER, check.mark(value), Quoted{value},
                               " is no number, and ", Quoted{key_of(row)},
                               " wants one: ", consequence(row));
-        return std::nullopt;
+        return false;
     }
     if (!is_in_range(row, digits)) {
         report_range(check, row, digits);
     }
     report_rest(check, line, {at, static_cast<size_t>(digits.end - at)}, digits.end);
-    return stored_of(row, digits);
+    number = stored_of(row, digits);
+    return true;
 }
 
 // --- Texts ---------------------------------------------------------------------------------------

@@ -5,7 +5,6 @@
 // value is ignored; a number is cut to the width of its field.
 #pragma once
 
-#include <optional>
 #include <string_view>
 
 #include "check_state.h"
@@ -41,11 +40,11 @@ void report_no_value(Check &check, const kvt_str::Row &row, const Line &line);
 /// Tells of what stands after a number that ends at `at`, if anything does.
 void report_rest(Check &check, const Line &line, std::string_view value, const char *at);
 
-// Each of these takes a line that begins with the row's key and a colon. Nothing is returned, or an
+// Each of these takes a line that begins with the row's key and a colon. False is returned, or an
 // empty text, where the reader takes no value from the line.
 
-/// The number as its field holds it.
-std::optional<uint64_t> check_number(Check &check, const kvt_str::Row &row, const Line &line);
+/// Sets the number as its field holds it, or leaves it as it is.
+bool check_number(Check &check, const kvt_str::Row &row, const Line &line, uint64_t &number);
 
 bool check_real(Check &check, const kvt_str::Row &row, const Line &line);
 

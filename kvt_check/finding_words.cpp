@@ -14,7 +14,8 @@ bool continues_a_character(char byte) {
 /// The bytes of the character that a text begins with when it is one of UTF-8 beyond ASCII; else 0.
 /// Overlong forms count too: nothing but a terminal looks at them.
 size_t bytes_of_character(std::string_view text) {
-    const auto lead = static_cast<unsigned char>(text[0]);
+    const char *byte = text.data();
+    const auto lead = static_cast<unsigned char>(byte[0]);
     const size_t bytes = lead >= 0xC2 && lead < 0xE0   ? 2
                          : lead >= 0xE0 && lead < 0xF0 ? 3
                          : lead >= 0xF0 && lead < 0xF5 ? 4
@@ -23,12 +24,12 @@ size_t bytes_of_character(std::string_view text) {
         return 0;
     }
     for (size_t i = 1; i < bytes; ++i) {
-        if (!continues_a_character(text[i])) {
+        if (!continues_a_character(byte[i])) {
             return 0;
         }
     }
     // The control characters beyond ASCII.
-    return lead == 0xC2 && static_cast<unsigned char>(text[1]) < 0xA0 ? 0 : bytes;
+    return lead == 0xC2 && static_cast<unsigned char>(byte[1]) < 0xA0 ? 0 : bytes;
 }
 
 } // namespace
@@ -45,7 +46,7 @@ void Words::add(Quoted quoted) {
     std::string_view rest = first_of(quoted.text, longest_quote);
     add(std::string_view("'"));
     while (!rest.empty()) {
-        const auto byte = static_cast<unsigned char>(rest[0]);
+        const auto byte = static_cast<unsigned char>(*rest.data());
         size_t bytes = 1;
         if (byte >= ' ' && byte < 0x7F) {
             add(first_of(rest, 1));
@@ -57,7 +58,7 @@ void Words::add(Quoted quoted) {
         } else {
             add_escaped(byte);
         }
-        rest.remove_prefix(bytes);
+        rest = {rest.data() + bytes, rest.size() - bytes};
     }
     add(quoted.text.size() > longest_quote ? "...'" : "'");
 }

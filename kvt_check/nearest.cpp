@@ -19,17 +19,19 @@ bool same(char unknown, char known) {
 }
 
 /// How many changes lead from the unknown word to the known one, neither longer than longest_word.
-size_t count_changes(std::string_view a, std::string_view b) {
+size_t count_changes(std::string_view unknown, std::string_view known) {
+    const char *a = unknown.data();
+    const char *b = known.data();
     uint8_t rows[3][longest_word + 1];
     uint8_t *before_last = rows[0];
     uint8_t *last = rows[1];
     uint8_t *current = rows[2];
-    for (size_t j = 0; j <= b.size(); ++j) {
+    for (size_t j = 0; j <= known.size(); ++j) {
         last[j] = static_cast<uint8_t>(j);
     }
-    for (size_t i = 1; i <= a.size(); ++i) {
+    for (size_t i = 1; i <= unknown.size(); ++i) {
         current[0] = static_cast<uint8_t>(i);
-        for (size_t j = 1; j <= b.size(); ++j) {
+        for (size_t j = 1; j <= known.size(); ++j) {
             const int change = same(a[i - 1], b[j - 1]) ? 0 : 1;
             int fewest = std::min({last[j] + 1, current[j - 1] + 1, last[j - 1] + change});
             if (i > 1 && j > 1 && same(a[i - 1], b[j - 2]) && same(a[i - 2], b[j - 1])) {
@@ -42,7 +44,7 @@ size_t count_changes(std::string_view a, std::string_view b) {
         last = current;
         current = oldest;
     }
-    return last[b.size()];
+    return last[known.size()];
 }
 
 } // namespace

@@ -5,7 +5,6 @@
 // read_plain_number takes only what the writer writes, digits and a newline, and is fast.
 #pragma once
 
-#include <array>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
@@ -86,15 +85,21 @@ KVT_FOLDED PlainNumber read_plain_number(const char *at, const char *end) {
 /// As put_number_line, for a number from 256 on.
 char *put_large_number_line(char *out, uint64_t number);
 
+inline constexpr uint64_t small_numbers = 256;
+
 /// The digits of the numbers below 256 and a newline, the first character in the lowest byte.
-inline constexpr auto small_number_lines = [] {
-    std::array<uint32_t, 256> lines{};
-    for (uint32_t number = 0; number != lines.size(); ++number) {
+struct SmallNumberLines {
+    uint32_t of[small_numbers];
+};
+
+inline constexpr SmallNumberLines small_number_lines = [] {
+    SmallNumberLines lines{};
+    for (uint32_t number = 0; number != small_numbers; ++number) {
         uint32_t line = '\n';
         for (uint32_t rest = number; rest != 0 || line == '\n'; rest /= 10) {
             line = line << 8 | ('0' + rest % 10);
         }
-        lines[number] = line;
+        lines.of[number] = line;
     }
     return lines;
 }();
@@ -103,10 +108,10 @@ inline constexpr auto small_number_lines = [] {
 /// four characters more: the closing lines of a block and of its message and a NUL, seven
 /// characters at least, follow and overwrite them.
 KVT_FOLDED char *put_number_line(char *out, uint64_t number) {
-    if (number >= small_number_lines.size()) {
+    if (number >= small_numbers) {
         return put_large_number_line(out, number);
     }
-    uint32_t line = small_number_lines[static_cast<size_t>(number)];
+    uint32_t line = small_number_lines.of[number];
     if constexpr (std::endian::native == std::endian::big) {
         line = __builtin_bswap32(line);
     }
@@ -116,20 +121,24 @@ KVT_FOLDED char *put_number_line(char *out, uint64_t number) {
 
 /// For each number of bits, what is added to a number below 2^32 to make its upper 32 bits the
 /// number of its digits.
-inline constexpr auto digits_by_bits = [] {
-    std::array<uint64_t, 33> sums{};
-    for (unsigned bits = 0, digits = 1; bits != sums.size(); ++bits) {
+struct DigitsByBits {
+    uint64_t sum[33];
+};
+
+inline constexpr DigitsByBits digits_by_bits = [] {
+    DigitsByBits result{};
+    for (unsigned bits = 0, digits = 1; bits <= 32; ++bits) {
         // The greatest number of so many bits may have a digit more than the least.
         const uint64_t least = bits == 0 ? 0 : uint64_t{1} << (bits - 1);
         const uint64_t greatest = (uint64_t{1} << bits) - 1;
         while (least >= powers_of_ten[digits]) {
             ++digits;
         }
-        sums[bits] = greatest >= powers_of_ten[digits]
-                         ? (uint64_t{digits + 1} << 32) - powers_of_ten[digits]
-                         : uint64_t{digits} << 32;
+        result.sum[bits] = greatest >= powers_of_ten[digits]
+                               ? (uint64_t{digits + 1} << 32) - powers_of_ten[digits]
+                               : uint64_t{digits} << 32;
     }
-    return sums;
+    return result;
 }();
 
 /// The number of digits of a number in decimal.
@@ -141,8 +150,7 @@ template <typename Number> KVT_FOLDED uint64_t count_digits(Number number) {
         return 1U + (number >= 10);
     }
     if (uint64_t{number} >> 32 == 0) {
-        const auto bits = static_cast<size_t>(std::bit_width(number));
-        return (number + digits_by_bits[bits]) >> 32;
+        return (number + digits_by_bits.sum[std::bit_width(number)]) >> 32;
     }
     // 1233/4096 is a little below log10(2): the estimate is right or one too small, 19 at most.
     const unsigned estimate = static_cast<unsigned>(std::bit_width(number)) * 1233 >> 12;

@@ -140,7 +140,8 @@ for shared in OFF ON; do
         fail "$name links $found shared libraries of the project"
 done
 
-build_by_cmake subproject -S "$here/subproject" -D "KVT_SOURCE=$source"
+# Walked tables build in a quarter of the time.
+build_by_cmake subproject -S "$here/subproject" -D "KVT_SOURCE=$source" -D KVT_UNROLL=OFF
 run_examples "$scratch/subproject/examples" "add_subdirectory"
 
 # --- By pkg-config ---------------------------------------------------------------------------------
