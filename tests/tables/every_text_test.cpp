@@ -233,6 +233,7 @@ TEST(EveryString, GrowsByDoublingAndIsCutWhereThatIsNotEnough) {
         {{four, four, four, four}, 2, "abcd,abcd,abcd,abcd"},
         {{"a", "b", "c", "d"}, 3, "a,b,c,d"},
         {{"a", "0123456789"}, 2, "a,012345"},
+        {{"a", "0123456789", "xy"}, 3, "a,0123456xy"},
     };
 
     for (const Place &place : every_string()) {
