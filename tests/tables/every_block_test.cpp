@@ -1,6 +1,8 @@
 // Blocks, runs and slots: what holds for every record that stands within another one.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "support/block_read.h"
 #include "support/every_row.h"
 #include "support/memory_watch.h"

@@ -2,6 +2,8 @@
 // them.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "support/block_read.h"
 #include "support/every_row.h"
 #include "support/memory_watch.h"

@@ -2,6 +2,8 @@
 // around every row.
 #include <gtest/gtest.h>
 
+#include <set>
+
 #include "support/block_read.h"
 #include "support/every_row.h"
 
@@ -17,6 +19,22 @@ std::string unknown_block(const Place &place) {
 bool is_line(const Place &place) {
     return place.row->is_number() || place.row->kind == RowKind::text ||
            place.row->kind == RowKind::joined_text;
+}
+
+TEST(EveryRow, IsTriedAtEachLevelWhereItStands) {
+    std::set<std::string> names;
+    std::set<RowKind> kinds;
+    for (const Place &place : every_row()) {
+        names.insert(place.name());
+        kinds.insert(place.row->kind);
+    }
+    EXPECT_EQ(kinds.size(), static_cast<size_t>(RowKind::slots) + 1);
+    for (const char *name :
+         {"vemra_am_signal.flags at level 1", "vemra_quota.max_qps at level 2",
+          "vemra_quota.max_qps at level 3", "ibv_gid.guid at level 3", "ibv_gid.guid at level 4",
+          "vemra_event_str_entry.entry_value at level 3", "test_entry.name at level 3"}) {
+        EXPECT_TRUE(names.contains(name)) << name;
+    }
 }
 
 TEST(EveryRow, SetsItsMemberAndItsCountAndNothingElse) {

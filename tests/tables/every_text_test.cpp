@@ -1,6 +1,7 @@
 // Texts in the record and strings on the heap: what holds for every one of them.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 
 #include "support/block_read.h"
