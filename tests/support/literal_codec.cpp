@@ -7,10 +7,9 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <vector>
+#include <map>
 
 #include "engine/release.h"
-#include "engine/settle_counts.h"
 #include "kvt/kvt_str.h"
 #include "kvt/message_layer.h"
 #include "support/scan_as_long.h"
@@ -117,11 +116,7 @@ public:
         }
         at = read_lines(next(at));
         if (counts_mode_ == Counts::agree) {
-            for (const Row &row : table_.rows) {
-                if (row.counts_elements()) {
-                    make_count_agree(row, record_, elements_[row.counted_index]);
-                }
-            }
+            make_agree();
         }
         return at;
     }
@@ -382,19 +377,46 @@ private:
     void replace(const Row &row, void *block, uint64_t count) {
         void *earlier = get<void *>(at_offset(record_, row.offset));
         if (row.kind == RowKind::run) {
-            release_elements(*row.element, earlier, 0, elements_[row.counted_index]);
+            release(row, earlier, 0, elements_[&row]);
         }
         std::free(earlier);
         put(at_offset(record_, row.offset), block);
         put_number(at_offset(record_, row.count_offset), row.count_width, count);
-        elements_[row.counted_index] = count;
+        elements_[&row] = count;
+    }
+
+    static void release(const Row &row, void *elements, uint64_t first, uint64_t end) {
+        for (uint64_t i = first; i < end; ++i) {
+            release_members(*row.element, static_cast<char *>(elements) + i * row.element->size);
+        }
+    }
+
+    /// Lowers what says more than was read, and releases what a count hides.
+    void make_agree() {
+        for (const Row &row : table_.rows) {
+            if (row.kind != RowKind::run && !row.is_array()) {
+                continue;
+            }
+            char *count = at_offset(record_, row.count_offset);
+            void *array = get<void *>(at_offset(record_, row.offset));
+            const uint64_t said = get_number(count, row.count_width);
+            const uint64_t read = elements_[&row];
+            put_number(count, row.count_width, said < read ? said : read);
+            if (row.kind == RowKind::run) {
+                release(row, array, said, read);
+            }
+            if (said == 0) {
+                std::free(array);
+                put<void *>(at_offset(record_, row.offset), nullptr);
+            }
+        }
     }
 
     const Record &table_;
     void *record_;
     uint64_t shared_ = 0;
     Counts counts_mode_;
-    uint64_t elements_[most_counted_rows] = {}; // of the arrays and runs that were read
+    std::map<const Row *, uint64_t> elements_; ///< that an array or a run has
 };
 
 __attribute__((format(printf, 1, 2))) std::string print(const char *format, ...) {

@@ -56,7 +56,9 @@ private:
     void *record_ = nullptr;
 };
 
-/// What a text becomes when it is read and written again.
+/// What a text becomes when it is read and written again. Where a test shows that a record with a
+/// value of its own in every field is written as that text, this shows that the text is read into
+/// that record.
 template <typename Record> std::string read_and_write(int32_t kind, const std::string &text) {
     const ReadMessage<Record> message(kind, text);
     return message.result() == 0 ? to_text(kind, *message) : "(not read)";

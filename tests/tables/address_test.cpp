@@ -123,22 +123,6 @@ TEST(Address, AGidTellsOnlyTheHalvesThatAreNotZero) {
     EXPECT_EQ(written(gid_of(0, 8)), message_of_gid("        guid: 8\n"));
 }
 
-TEST(Address, AGidIsReadInAnyOrderOfItsLines) {
-    const std::string prefix = "        subnet_prefix: 18338657682652659712\n";
-    const std::string guid = "        guid: 18446744073709551615\n";
-    for (const std::string &lines : {prefix + guid, guid + prefix}) {
-        const ibv_gid gid = read_gid(message_of_gid(lines));
-        EXPECT_EQ(gid.global.subnet_prefix, 18338657682652659712U);
-        EXPECT_EQ(gid.global.interface_id, UINT64_MAX);
-    }
-}
-
-TEST(Address, AGidWithoutLinesIsReadAsZero) {
-    const ibv_gid gid = read_gid(message_of_gid(""));
-    EXPECT_EQ(gid.global.subnet_prefix, 0U);
-    EXPECT_EQ(gid.global.interface_id, 0U);
-}
-
 #if defined(__x86_64__)
 TEST(Address, NumbersAreThoseThatLieInMemory) {
     // fe80::1 and a LID of 1, as they go over a network.
@@ -157,14 +141,6 @@ TEST(Address, NumbersAreThoseThatLieInMemory) {
     EXPECT_EQ(read_path(path_text).dlid, path.dlid);
 }
 #endif
-
-TEST(Address, AHalfThatDoesNotScanIsZeroOnTheFirstLine) {
-    const ibv_gid prefix = read_gid(message_of_gid("        subnet_prefix: x\n        guid: 5\n"));
-    EXPECT_EQ(prefix.global.subnet_prefix, 0U);
-    EXPECT_EQ(prefix.global.interface_id, 5U);
-    const ibv_gid guid = read_gid(message_of_gid("        guid: x\n"));
-    EXPECT_EQ(guid.global.interface_id, 0U);
-}
 
 TEST(Address, AHalfThatDoesNotScanTakesTheValueOfTheLineBefore) {
     const ibv_gid guid = read_gid(message_of_gid("        subnet_prefix: 5\n        guid: x\n"));
@@ -201,36 +177,6 @@ TEST(Address, ASecondGidOfOneNameAddsToTheFirst) {
                                                            "        }\n"));
     EXPECT_EQ(path.dgid.global.subnet_prefix, 1U);
     EXPECT_EQ(path.dgid.global.interface_id, 3U);
-}
-
-TEST(Address, UnknownLinesAndBlocksInAGidAreSkipped) {
-    const ibv_gid gid = read_gid(message_of_gid("        colour: 5\n"
-                                                "        subnet_prefix: 1\n"
-                                                "        extra {\n"
-                                                "          subnet_prefix: 98\n"
-                                                "          guid: 99\n"
-                                                "        }\n"
-                                                "        guid: 2\n"));
-    EXPECT_EQ(gid.global.subnet_prefix, 1U);
-    EXPECT_EQ(gid.global.interface_id, 2U);
-}
-
-TEST(Address, AKeyWithAClosingBraceIsReadOnTheFirstLineAlone) {
-    const ReadMessage<vemra_job_data> read(VEMRA_MSG_TYPE_JOB_DATA,
-                                           message_text("JOB_DATA", "  job_data {\n"
-                                                                    "    trees {\n"
-                                                                    "      mgid {\n"
-                                                                    "        subnet_prefix: 1 }\n"
-                                                                    "        guid: 2 }\n"
-                                                                    "      tree_id: 3\n"
-                                                                    "    }\n"
-                                                                    "    uid: 4\n"
-                                                                    "  }\n"));
-    ASSERT_EQ(read->trees_num, 1U);
-    EXPECT_EQ(read->trees[0].mgid.global.subnet_prefix, 1U);
-    EXPECT_EQ(read->trees[0].mgid.global.interface_id, 0U);
-    EXPECT_EQ(read->trees[0].tree_id, 3U);
-    EXPECT_EQ(read->uid, 4U);
 }
 
 // --- Path records --------------------------------------------------------------------------------
@@ -307,28 +253,7 @@ TEST(Address, APathIsWrittenToTheLetter) {
 }
 
 TEST(Address, EveryFieldOfAPathIsRead) {
-    const ibv_sa_path_rec path = read_path(every_field);
-    EXPECT_EQ(path.dgid.global.subnet_prefix, 18338657682652659712U);
-    EXPECT_EQ(path.dgid.global.interface_id, 1U);
-    EXPECT_EQ(path.sgid.global.subnet_prefix, 18338657682652659712U);
-    EXPECT_EQ(path.sgid.global.interface_id, 2U);
-    EXPECT_EQ(path.dlid, 65535U);
-    EXPECT_EQ(path.slid, 3U);
-    EXPECT_EQ(path.raw_traffic, INT32_MAX);
-    EXPECT_EQ(path.flow_label, UINT32_MAX);
-    EXPECT_EQ(path.hop_limit, 255U);
-    EXPECT_EQ(path.traffic_class, 254U);
-    EXPECT_EQ(path.reversible, INT32_MIN);
-    EXPECT_EQ(path.numb_path, 253U);
-    EXPECT_EQ(path.pkey, 65534U);
-    EXPECT_EQ(path.sl, 4U);
-    EXPECT_EQ(path.mtu_selector, 5U);
-    EXPECT_EQ(path.mtu, 6U);
-    EXPECT_EQ(path.rate_selector, 7U);
-    EXPECT_EQ(path.rate, 8U);
-    EXPECT_EQ(path.packet_life_time_selector, 9U);
-    EXPECT_EQ(path.packet_life_time, 10U);
-    EXPECT_EQ(path.preference, 252U);
+    EXPECT_EQ(written(read_path(every_field)), every_field);
 }
 
 TEST(Address, APathOfZerosTellsItsTwoGidsAlone) {
@@ -365,65 +290,6 @@ TEST(Address, TheOtherPathIsWrittenAndReadLikeTheFirst) {
     EXPECT_EQ(to_text(VEMRA_MSG_TYPE_JOB_DATA, *read), text);
 }
 
-TEST(Address, APathIsReadInReversedOrderOfItsLines) {
-    const ibv_sa_path_rec path = read_path(message_of_path("        preference: 18\n"
-                                                           "        plt: 17\n"
-                                                           "        plt_selector: 16\n"
-                                                           "        rate: 15\n"
-                                                           "        rate_selector: 14\n"
-                                                           "        mtu: 13\n"
-                                                           "        mtu_selector: 12\n"
-                                                           "        sl: 11\n"
-                                                           "        pkey: 10\n"
-                                                           "        numb_path: 9\n"
-                                                           "        reversible: 8\n"
-                                                           "        traffic_class: 7\n"
-                                                           "        hop_limit: 6\n"
-                                                           "        flow_label: 5\n"
-                                                           "        raw_traffic: 4\n"
-                                                           "        slid: 3\n"
-                                                           "        dlid: 2\n"
-                                                           "        sgid {\n"
-                                                           "          guid: 1\n"
-                                                           "        }\n"
-                                                           "        dgid {\n"
-                                                           "          guid: 19\n"
-                                                           "        }\n"));
-    EXPECT_EQ(written(path), message_of_path("        dgid {\n"
-                                             "          guid: 19\n"
-                                             "        }\n"
-                                             "        sgid {\n"
-                                             "          guid: 1\n"
-                                             "        }\n"
-                                             "        dlid: 2\n"
-                                             "        slid: 3\n"
-                                             "        raw_traffic: 4\n"
-                                             "        flow_label: 5\n"
-                                             "        hop_limit: 6\n"
-                                             "        traffic_class: 7\n"
-                                             "        reversible: 8\n"
-                                             "        numb_path: 9\n"
-                                             "        pkey: 10\n"
-                                             "        sl: 11\n"
-                                             "        mtu_selector: 12\n"
-                                             "        mtu: 13\n"
-                                             "        rate_selector: 14\n"
-                                             "        rate: 15\n"
-                                             "        plt_selector: 16\n"
-                                             "        plt: 17\n"
-                                             "        preference: 18\n"));
-}
-
-TEST(Address, SlIsNotTakenForSlid) {
-    ibv_sa_path_rec path = {};
-    path.sl = 5;
-    const std::string text = message_of_path(no_gids + "        sl: 5\n");
-    EXPECT_EQ(written(path), text);
-    const ibv_sa_path_rec read = read_path(text);
-    EXPECT_EQ(read.sl, 5U);
-    EXPECT_EQ(read.slid, 0U);
-}
-
 /// A key and a longer one that begins with it.
 struct KeyPair {
     const char *longer;
@@ -431,128 +297,6 @@ struct KeyPair {
     const char *shorter;
     unsigned (*shorter_value)(const ibv_sa_path_rec &);
 };
-
-template <auto member> unsigned value_of(const ibv_sa_path_rec &path) {
-    return path.*member;
-}
-
-const KeyPair key_pairs[] = {
-    {"slid", value_of<&ibv_sa_path_rec::slid>, "sl", value_of<&ibv_sa_path_rec::sl>},
-    {"mtu_selector", value_of<&ibv_sa_path_rec::mtu_selector>, "mtu",
-     value_of<&ibv_sa_path_rec::mtu>},
-    {"rate_selector", value_of<&ibv_sa_path_rec::rate_selector>, "rate",
-     value_of<&ibv_sa_path_rec::rate>},
-    {"plt_selector", value_of<&ibv_sa_path_rec::packet_life_time_selector>, "plt",
-     value_of<&ibv_sa_path_rec::packet_life_time>},
-};
-
-TEST(Address, KeysThatBeginWithOthersKeepApart) {
-    for (const KeyPair &pair : key_pairs) {
-        const std::string longer = std::string("        ") + pair.longer + ": 7\n";
-        const std::string shorter = std::string("        ") + pair.shorter + ": 9\n";
-        const ibv_sa_path_rec longer_alone = read_path(message_of_path(longer));
-        EXPECT_EQ(pair.longer_value(longer_alone), 7U) << pair.longer;
-        EXPECT_EQ(pair.shorter_value(longer_alone), 0U) << pair.longer;
-        const ibv_sa_path_rec shorter_alone = read_path(message_of_path(shorter));
-        EXPECT_EQ(pair.longer_value(shorter_alone), 0U) << pair.longer;
-        EXPECT_EQ(pair.shorter_value(shorter_alone), 9U) << pair.longer;
-        for (const std::string &lines : {longer + shorter, shorter + longer}) {
-            const ibv_sa_path_rec both = read_path(message_of_path(lines));
-            EXPECT_EQ(pair.longer_value(both), 7U) << pair.longer;
-            EXPECT_EQ(pair.shorter_value(both), 9U) << pair.longer;
-        }
-    }
-}
-
-TEST(Address, SignedFieldsKeepTheirBits) {
-    ibv_sa_path_rec path = {};
-    path.raw_traffic = -1;
-    path.reversible = -2;
-    const std::string text =
-        message_of_path(no_gids + "        raw_traffic: -1\n        reversible: -2\n");
-    EXPECT_EQ(written(path), text);
-    const ibv_sa_path_rec read = read_path(text);
-    EXPECT_EQ(read.raw_traffic, -1);
-    EXPECT_EQ(read.reversible, -2);
-    // The unsigned numbers of the same bits are read to the same.
-    const ibv_sa_path_rec of_unsigned = read_path(
-        message_of_path("        raw_traffic: 4294967295\n        reversible: 4294967294\n"));
-    EXPECT_EQ(of_unsigned.raw_traffic, -1);
-    EXPECT_EQ(of_unsigned.reversible, -2);
-}
-
-TEST(Address, NumbersOfAPathAreCutToTheirWidth) {
-    const ibv_sa_path_rec path = read_path(message_of_path("        dlid: 65537\n"
-                                                           "        slid: -1\n"
-                                                           "        raw_traffic: 4294967298\n"
-                                                           "        flow_label: 4294967299\n"
-                                                           "        hop_limit: 260\n"
-                                                           "        sl: 256\n"));
-    EXPECT_EQ(path.dlid, 1U);
-    EXPECT_EQ(path.slid, 65535U);
-    EXPECT_EQ(path.raw_traffic, 2);
-    EXPECT_EQ(path.flow_label, 3U);
-    EXPECT_EQ(path.hop_limit, 4U);
-    EXPECT_EQ(path.sl, 0U);
-}
-
-TEST(Address, AFieldOfAPathThatDoesNotScanKeepsItsValue) {
-    const ibv_sa_path_rec path = read_path(message_of_path("        dlid: 5\n"
-                                                           "        dlid: x\n"
-                                                           "        slid: y\n"
-                                                           "        reversible: -3\n"
-                                                           "        reversible: z\n"
-                                                           "        mtu 4\n"
-                                                           "        rate: 6\n"));
-    EXPECT_EQ(path.dlid, 5U);
-    EXPECT_EQ(path.slid, 0U);
-    EXPECT_EQ(path.reversible, -3);
-    EXPECT_EQ(path.mtu, 0U);
-    EXPECT_EQ(path.rate, 6U);
-}
-
-TEST(Address, ASecondPathOfOneNameAddsToTheFirst) {
-    const ReadMessage<vemra_job_data> read(VEMRA_MSG_TYPE_JOB_DATA,
-                                           message_text("JOB_DATA", "  job_data {\n"
-                                                                    "    conns {\n"
-                                                                    "      pr_sd_to_an {\n"
-                                                                    "        sl: 1\n"
-                                                                    "        mtu: 2\n"
-                                                                    "      }\n"
-                                                                    "      pr_sd_to_an {\n"
-                                                                    "        mtu: 3\n"
-                                                                    "      }\n"
-                                                                    "    }\n"
-                                                                    "  }\n"));
-    ASSERT_EQ(read->conns_num, 1U);
-    EXPECT_EQ(read->conns[0].pr_sd_to_an.sl, 1U);
-    EXPECT_EQ(read->conns[0].pr_sd_to_an.mtu, 3U);
-}
-
-TEST(Address, UnknownLinesAndBlocksInAPathAreSkipped) {
-    const ibv_sa_path_rec path = read_path(message_of_path("        colour: 5\n"
-                                                           "        dlid: 1\n"
-                                                           "        extra {\n"
-                                                           "          dlid: 98\n"
-                                                           "          dgid {\n"
-                                                           "            guid: 99\n"
-                                                           "          }\n"
-                                                           "        }\n"
-                                                           "        slid: 2\n"));
-    EXPECT_EQ(path.dlid, 1U);
-    EXPECT_EQ(path.slid, 2U);
-    EXPECT_EQ(path.dgid.global.interface_id, 0U);
-}
-
-TEST(Address, TheEndOfTheTextEndsGidAndPath) {
-    const std::string start = "msg {\n  type: JOB_DATA\n  job_data {\n    conns {\n"
-                              "      pr_sd_to_an {\n        dgid {\n          guid: 5\n";
-    const ibv_sa_path_rec in_gid = read_path(start);
-    EXPECT_EQ(in_gid.dgid.global.interface_id, 5U);
-    const ibv_sa_path_rec in_path = read_path(start + "        }\n        sl: 6");
-    EXPECT_EQ(in_path.dgid.global.interface_id, 5U);
-    EXPECT_EQ(in_path.sl, 6U);
-}
 
 // --- Traces --------------------------------------------------------------------------------------
 

@@ -79,15 +79,6 @@ TEST(JobControl, JobErrorAlwaysTellsErrorAndTypeButNoEmptyDescription) {
                                                                               "    type: 0\n"));
 }
 
-TEST(JobControl, ADescriptionWithoutItsNulIsWrittenUpToItsCapacity) {
-    vemra_job_error record = {};
-    std::memset(record.description, 'x', sizeof record.description);
-    EXPECT_EQ(to_text(VEMRA_MSG_TYPE_JOB_ERROR, record), job_error("    error: 0\n"
-                                                                   "    type: 0\n"
-                                                                   "    description: \"" +
-                                                                   std::string(128, 'x') + "\"\n"));
-}
-
 TEST(JobControl, JobErrorReadsEveryField) {
     const ReadMessage<vemra_job_error> read(VEMRA_MSG_TYPE_JOB_ERROR,
                                             job_error("    job_id: 1\n"
@@ -102,71 +93,6 @@ TEST(JobControl, JobErrorReadsEveryField) {
     EXPECT_EQ(read->error, 4U);
     EXPECT_EQ(read->type, 5U);
     EXPECT_STREQ(read->description, "why { so");
-}
-
-TEST(JobControl, LinesMayComeInAnyOrderAndTheLastOfAKeyCounts) {
-    const ReadMessage<vemra_job_error> read(VEMRA_MSG_TYPE_JOB_ERROR,
-                                            job_error("    description: \"late\"\n"
-                                                      "    type: 5\n"
-                                                      "    job_id: 1\n"
-                                                      "    error: 4\n"
-                                                      "    job_id: 11\n"));
-    EXPECT_EQ(read->job_id, 11U);
-    EXPECT_EQ(read->error, 4U);
-    EXPECT_EQ(read->type, 5U);
-    EXPECT_STREQ(read->description, "late");
-}
-
-TEST(JobControl, JobIdDoesNotTakeTheLineOfVemraJobId) {
-    const ReadMessage<vemra_job_error> read(VEMRA_MSG_TYPE_JOB_ERROR,
-                                            job_error("    vemra_job_id: 2\n"));
-    EXPECT_EQ(read->job_id, 0U);
-    EXPECT_EQ(read->vemra_job_id, 2U);
-}
-
-TEST(JobControl, ADescriptionOf127CharactersFitsAndOneOf128IsCut) {
-    for (const size_t length : {126U, 127U, 128U, 150U, 199U, 200U, 5000U}) {
-        const ReadMessage<vemra_job_error> read(
-            VEMRA_MSG_TYPE_JOB_ERROR,
-            job_error("    description: \"" + std::string(length, 'd') + "\"\n    error: 3\n"));
-        EXPECT_EQ(std::string(read->description), std::string(length < 127 ? length : 127, 'd'));
-        EXPECT_EQ(read->error, 3U);
-    }
-}
-
-TEST(JobControl, AFailedSecondDescriptionLeavesItEmpty) {
-    const ReadMessage<vemra_job_error> read(VEMRA_MSG_TYPE_JOB_ERROR,
-                                            job_error("    description: \"first\"\n"
-                                                      "    description: \"\"\n"
-                                                      "    error: 1\n"));
-    EXPECT_STREQ(read->description, "");
-    EXPECT_EQ(read->error, 1U);
-}
-
-TEST(JobControl, AValueThatDoesNotScanLeavesTheFieldAsItWas) {
-    const ReadMessage<vemra_job_error> read(VEMRA_MSG_TYPE_JOB_ERROR, job_error("    error: 3\n"
-                                                                                "    error: x\n"
-                                                                                "    type: x\n"
-                                                                                "    tree_idx: 9\n"
-                                                                                "    job_id 8\n"));
-    EXPECT_EQ(read->error, 3U);
-    EXPECT_EQ(read->type, 0U);
-    EXPECT_EQ(read->tree_id, 0U);
-    EXPECT_EQ(read->job_id, 0U);
-}
-
-TEST(JobControl, NumbersAreCutToTheirWidthAfterTheyAreScanned) {
-    const ReadMessage<vemra_job_error> read(VEMRA_MSG_TYPE_JOB_ERROR,
-                                            job_error("    job_id: 99999999999999999999\n"
-                                                      "    vemra_job_id: -1\n"
-                                                      "    tree_id: 65537\n"
-                                                      "    error: 18446744073709551616\n"
-                                                      "    type: 4294967298\n"));
-    EXPECT_EQ(read->job_id, UINT64_MAX);
-    EXPECT_EQ(read->vemra_job_id, UINT32_MAX);
-    EXPECT_EQ(read->tree_id, 1U);
-    EXPECT_EQ(read->error, UINT32_MAX);
-    EXPECT_EQ(read->type, 2U);
 }
 
 TEST(JobControl, ANumberMayStandOnALaterLineWhichIsReadAgain) {

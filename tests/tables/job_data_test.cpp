@@ -6,6 +6,7 @@
 
 #include "kvt/messages/job_data.h"
 #include "support/log_capture.h"
+#include "support/memory_watch.h"
 #include "support/messages.h"
 
 namespace kvt_test {
@@ -288,88 +289,10 @@ TEST(JobData, IsWrittenToTheLetter) {
 
 TEST(JobData, ReadsEveryField) {
     const ReadData read(every_field);
-    ASSERT_EQ(read.result(), 0);
-    EXPECT_EQ(read->job_id, UINT64_MAX);
-    EXPECT_EQ(read->master_vemrad_id, 9223372036854775809U);
-    EXPECT_EQ(read->vemra_job_id, UINT32_MAX);
-    EXPECT_EQ(read->uid, 1001U);
-    EXPECT_EQ(read->job_key, 71U);
-    EXPECT_EQ(read->reservation_id, 72U);
-
-    EXPECT_EQ(read->qpc_opts.qkey, UINT32_MAX);
-    EXPECT_EQ(read->qpc_opts.flow_label, 1048575U);
-    EXPECT_EQ(read->qpc_opts.pkey, 65535U);
-    EXPECT_EQ(read->qpc_opts.sl, 1U);
-    EXPECT_EQ(read->qpc_opts.tclass, 2U);
-    EXPECT_EQ(read->qpc_opts.rnr_mode, 3U);
-    EXPECT_EQ(read->qpc_opts.rnr_retry_limit, 4U);
-    EXPECT_EQ(read->qpc_opts.local_ack_timeout, 5U);
-    EXPECT_EQ(read->qpc_opts.timeout_retry_limit, 255U);
-    EXPECT_EQ(read->sat_qpc_opts.qkey, 11U);
-    EXPECT_EQ(read->sat_qpc_opts.flow_label, 12U);
-    EXPECT_EQ(read->sat_qpc_opts.pkey, 13U);
-    EXPECT_EQ(read->sat_qpc_opts.sl, 14U);
-    EXPECT_EQ(read->sat_qpc_opts.tclass, 15U);
-    EXPECT_EQ(read->sat_qpc_opts.rnr_mode, 16U);
-    EXPECT_EQ(read->sat_qpc_opts.rnr_retry_limit, 17U);
-    EXPECT_EQ(read->sat_qpc_opts.local_ack_timeout, 18U);
-    EXPECT_EQ(read->sat_qpc_opts.timeout_retry_limit, 19U);
-
-    ASSERT_EQ(read->hosts_num, 2U);
-    EXPECT_EQ(read->hosts_sd_info[0].version, 1U);
-    EXPECT_EQ(read->hosts_sd_info[0].vemrad_id, 21U);
-    EXPECT_EQ(read->hosts_sd_info[0].addr_type, 2U);
-    EXPECT_STREQ(read->hosts_sd_info[0].addr, "192.0.2.1");
-    EXPECT_EQ(read->hosts_sd_info[1].version, 255U);
-    EXPECT_EQ(read->hosts_sd_info[1].vemrad_id, UINT64_MAX);
-    EXPECT_EQ(read->hosts_sd_info[1].addr_type, 3U);
-    EXPECT_STREQ(read->hosts_sd_info[1].addr, "2001:db8::2");
-
-    ASSERT_EQ(read->trees_num, 1U);
-    const vemra_tree &tree = read->trees[0];
-    EXPECT_EQ(tree.feature_mask, 9223372036854775808U);
-    EXPECT_EQ(tree.tree_id, 512U);
-    EXPECT_EQ(tree.peer_tree_id, 65535U);
-    EXPECT_EQ(tree.max_qp_child_idxs, 64U);
-    EXPECT_EQ(tree.versions[0], 7U);
-    EXPECT_EQ(tree.mgid.global.subnet_prefix, 31U);
-    EXPECT_EQ(tree.mgid.global.interface_id, 32U);
-    EXPECT_EQ(tree.quota.max_osts, 33U);
-    EXPECT_EQ(tree.quota.user_data_per_ost, 34U);
-    EXPECT_EQ(tree.quota.max_buffers, 35U);
-    EXPECT_EQ(tree.quota.max_groups, 36U);
-    EXPECT_EQ(tree.quota.max_qps, 37U);
-    EXPECT_EQ(tree.control_path_version, 38U);
-
     ASSERT_EQ(read->conns_num, 1U);
-    const vemra_tree_conn &conn = read->conns[0];
-    EXPECT_EQ(conn.tree_id, 512U);
-    EXPECT_EQ(conn.vemrad_id, 21U);
-    EXPECT_EQ(conn.qp_child_idxs[0], 4U);
-    EXPECT_EQ(conn.qp_child_idxs[1], 0U);
-    EXPECT_EQ(conn.qp_child_idxs[2], 254U);
-    EXPECT_EQ(conn.pr_sd_to_an.dgid.global.subnet_prefix, 41U);
-    EXPECT_EQ(conn.pr_sd_to_an.dgid.global.interface_id, 42U);
-    EXPECT_EQ(conn.pr_sd_to_an.sgid.global.subnet_prefix, 43U);
-    EXPECT_EQ(conn.pr_sd_to_an.sgid.global.interface_id, 44U);
-    EXPECT_EQ(conn.pr_sd_to_an.dlid, 45U);
-    EXPECT_EQ(conn.pr_an_to_sd.dgid.global.subnet_prefix, 43U);
-    EXPECT_EQ(conn.pr_an_to_sd.dgid.global.interface_id, 44U);
-    EXPECT_EQ(conn.pr_an_to_sd.sgid.global.subnet_prefix, 41U);
-    EXPECT_EQ(conn.pr_an_to_sd.sgid.global.interface_id, 42U);
-    EXPECT_EQ(conn.pr_an_to_sd.slid, 45U);
-
-    ASSERT_EQ(read->agg_nodes_num, 2U);
-    EXPECT_EQ(read->agg_nodes[0].guid, UINT64_MAX - 1);
-    EXPECT_EQ(read->agg_nodes[0].lid, 51U);
-    EXPECT_EQ(read->agg_nodes[0].tree_id, 52U);
-    EXPECT_EQ(read->agg_nodes[0].an_id, 53U);
-    EXPECT_EQ(read->agg_nodes[0].parent_an_id, 54U);
-    EXPECT_EQ(read->agg_nodes[1].guid, 61U);
-    EXPECT_EQ(read->agg_nodes[1].lid, 65535U);
-    EXPECT_EQ(read->agg_nodes[1].tree_id, 65534U);
-    EXPECT_EQ(read->agg_nodes[1].an_id, 65533U);
-    EXPECT_EQ(read->agg_nodes[1].parent_an_id, 65532U);
+    // Child indexes that have no line are read as 0, which does not end them.
+    read->conns[0].qp_child_idxs[3] = 255;
+    EXPECT_EQ(written(*read), every_field);
 }
 
 TEST(JobData, ZeroIsWrittenAsTheTwoEmptyBlocksOfOptions) {
@@ -432,236 +355,7 @@ TEST(JobData, ElementsOfZerosTellTheirBlocksAlone) {
                                         "    }\n"));
 }
 
-TEST(JobData, OptionsTellOnlyWhatIsNotZero) {
-    vemra_job_data record = {};
-    record.qpc_opts.tclass = 3;
-    record.sat_qpc_opts.local_ack_timeout = 14;
-    EXPECT_EQ(written(record), job_data("    qpc_opts {\n      tclass: 3\n    }\n"
-                                        "    sat_qpc_opts {\n      local_ack_timeout: 14\n"
-                                        "    }\n"));
-}
-
-TEST(JobData, SecondOptionsOfOneNameReplaceTheFirst) {
-    const ReadData read(job_data("    qpc_opts {\n      qkey: 1\n      sl: 2\n    }\n"
-                                 "    qpc_opts {\n      sl: 3\n    }\n"));
-    EXPECT_EQ(read->qpc_opts.qkey, 0U);
-    EXPECT_EQ(read->qpc_opts.sl, 3U);
-    EXPECT_EQ(read->sat_qpc_opts.sl, 0U);
-}
-
-TEST(JobData, LinesAndBlocksMayComeInReversedOrder) {
-    const ReadData read(job_data(R"(    reservation_id: 72
-    job_key: 71
-    agg_nodes {
-      parent_an_id: 5
-      an_id: 4
-      tree_id: 3
-      lid: 2
-      guid: 1
-    }
-    conns {
-      pr_an_to_sd {
-        sl: 9
-      }
-      pr_sd_to_an {
-        sl: 8
-      }
-      qp_child_idxs: 7
-      qp_child_idxs: 255
-      vemrad_id: 6
-      tree_id: 5
-    }
-    trees {
-      control_path_version: 8
-      quota {
-        max_qps: 7
-      }
-      mgid {
-        guid: 6
-        subnet_prefix: 5
-      }
-      versions: 4
-      max_qp_child_idxs: 3
-      peer_tree_id: 2
-      tree_id: 1
-      feature_mask: 9
-    }
-    hosts_sd_info {
-      addr: "a"
-      addr_type: 1
-      vemrad_id: 2
-      version: 3
-    }
-    sat_qpc_opts {
-      timeout_retry_limit: 9
-      local_ack_timeout: 8
-      rnr_retry_limit: 7
-      rnr_mode: 6
-      tclass: 5
-      sl: 4
-      pkey: 3
-      flow_label: 2
-      qkey: 1
-    }
-    qpc_opts {
-      qkey: 10
-    }
-    uid: 4
-    vemra_job_id: 3
-    master_vemrad_id: 2
-    job_id: 1
-)"));
-    EXPECT_EQ(written(*read), job_data(R"(    job_id: 1
-    master_vemrad_id: 2
-    vemra_job_id: 3
-    uid: 4
-    hosts_num: 1
-    trees_num: 1
-    conns_num: 1
-    agg_nodes_num: 1
-    qpc_opts {
-      qkey: 10
-    }
-    sat_qpc_opts {
-      qkey: 1
-      flow_label: 2
-      pkey: 3
-      sl: 4
-      tclass: 5
-      rnr_mode: 6
-      rnr_retry_limit: 7
-      local_ack_timeout: 8
-      timeout_retry_limit: 9
-    }
-    hosts_sd_info {
-      version: 3
-      vemrad_id: 2
-      addr_type: 1
-      addr: "a"
-    }
-    trees {
-      feature_mask: 9
-      tree_id: 1
-      peer_tree_id: 2
-      max_qp_child_idxs: 3
-      versions: 4
-      mgid {
-        subnet_prefix: 5
-        guid: 6
-      }
-      quota {
-        max_qps: 7
-      }
-      control_path_version: 8
-    }
-    conns {
-      tree_id: 5
-      vemrad_id: 6
-      qp_child_idxs: 7
-      pr_sd_to_an {
-        dgid {
-        }
-        sgid {
-        }
-        sl: 8
-      }
-      pr_an_to_sd {
-        dgid {
-        }
-        sgid {
-        }
-        sl: 9
-      }
-    }
-    agg_nodes {
-      guid: 1
-      lid: 2
-      tree_id: 3
-      an_id: 4
-      parent_an_id: 5
-    }
-    job_key: 71
-    reservation_id: 72
-)"));
-}
-
-TEST(JobData, ValuesThatDoNotScanLeaveZeroAndAreStillTaken) {
-    const ReadData read(job_data("    job_id: x\n"
-                                 "    vemra_job_id 4\n"
-                                 "    uid: -\n"
-                                 "    trees {\n"
-                                 "      tree_id: {\n"
-                                 "      peer_tree_id: 2\n"
-                                 "    }\n"
-                                 "    job_key: 5\n"));
-    EXPECT_EQ(read->job_id, 0U);
-    EXPECT_EQ(read->vemra_job_id, 0U);
-    EXPECT_EQ(read->uid, 0U);
-    ASSERT_EQ(read->trees_num, 1U);
-    EXPECT_EQ(read->trees[0].tree_id, 0U);
-    EXPECT_EQ(read->trees[0].peer_tree_id, 2U);
-    EXPECT_EQ(read->job_key, 5U);
-}
-
 // --- Texts and byte arrays of elements -----------------------------------------------------------
-
-TEST(JobData, AddrTypeIsNeverTakenForAddr) {
-    const std::string type = "      addr_type: 4\n";
-    const std::string addr = "      addr: \"192.0.2.1\"\n";
-    for (const std::string &lines : {type + addr, addr + type}) {
-        const ReadData read(job_data(block("hosts_sd_info", lines)));
-        ASSERT_EQ(read->hosts_num, 1U);
-        EXPECT_EQ(read->hosts_sd_info[0].addr_type, 4U);
-        EXPECT_STREQ(read->hosts_sd_info[0].addr, "192.0.2.1");
-    }
-    const ReadData alone(job_data(block("hosts_sd_info", type)));
-    EXPECT_EQ(alone->hosts_sd_info[0].addr_type, 4U);
-    EXPECT_STREQ(alone->hosts_sd_info[0].addr, "");
-}
-
-TEST(JobData, AHostWithoutAddressHasNoAddrLine) {
-    vemra_sd_info host = {.version = 1, .vemrad_id = 2, .addr_type = 3, .addr = ""};
-    vemra_job_data record = {};
-    record.hosts_num = 1;
-    record.hosts_sd_info = &host;
-    EXPECT_EQ(written(record),
-              job_data("    hosts_num: 1\n" + no_options +
-                       "    hosts_sd_info {\n      version: 1\n      vemrad_id: 2\n"
-                       "      addr_type: 3\n    }\n"));
-}
-
-TEST(JobData, AnAddressOf127CharactersFitsAndALongerOneIsCut) {
-    for (const size_t length : {126U, 127U, 128U, 199U, 200U, 3000U}) {
-        const ReadData read(
-            job_data(block("hosts_sd_info", "      addr: \"" + std::string(length, 'a') +
-                                                "\"\n      version: 3\n")));
-        ASSERT_EQ(read->hosts_num, 1U);
-        EXPECT_EQ(std::string(read->hosts_sd_info[0].addr),
-                  std::string(length < 127 ? length : 127, 'a'));
-        EXPECT_EQ(read->hosts_sd_info[0].version, 3U);
-    }
-}
-
-TEST(JobData, AnAddressThatFillsItsFieldIsWrittenWhole) {
-    vemra_sd_info host = {};
-    std::memset(host.addr, 'a', sizeof host.addr);
-    vemra_job_data record = {};
-    record.hosts_num = 1;
-    record.hosts_sd_info = &host;
-    EXPECT_EQ(written(record),
-              job_data("    hosts_num: 1\n" + no_options +
-                       block("hosts_sd_info", "      addr: \"" + std::string(128, 'a') + "\"\n")));
-}
-
-TEST(JobData, ASecondAddressCountsAndAFailedOneLeavesNone) {
-    const ReadData second(job_data(
-        block("hosts_sd_info", "      addr: \"first\"\n      addr: \"2nd\"\n      version: 1\n")));
-    EXPECT_STREQ(second->hosts_sd_info[0].addr, "2nd");
-    const ReadData failed(job_data(
-        block("hosts_sd_info", "      addr: \"first\"\n      addr: \"\"\n      version: 1\n")));
-    EXPECT_STREQ(failed->hosts_sd_info[0].addr, "");
-    EXPECT_EQ(failed->hosts_sd_info[0].version, 1U);
-}
 
 std::string conn_with_indexes(const std::vector<unsigned> &indexes) {
     std::string lines;
@@ -691,30 +385,6 @@ TEST(JobData, ChildIndexesAreWrittenUpToTheFirst255) {
     EXPECT_EQ(written(record), conn_with_indexes(all));
 }
 
-TEST(JobData, ChildIndexesThatAreNotThereAreReadAsZero) {
-    const ReadData read(conn_with_indexes({4, 9}));
-    ASSERT_EQ(read->conns_num, 1U);
-    const uint8_t expected[64] = {4, 9};
-    EXPECT_EQ(std::memcmp(read->conns[0].qp_child_idxs, expected, 64), 0);
-}
-
-TEST(JobData, AtMost64ChildIndexesAreTaken) {
-    for (const unsigned count : {1U, 4U, 5U, 6U, 63U, 64U, 65U, 70U}) {
-        std::vector<unsigned> indexes;
-        uint8_t expected[64] = {};
-        for (unsigned i = 0; i < count; ++i) {
-            indexes.push_back(255 - i);
-            if (i < 64) {
-                expected[i] = static_cast<uint8_t>(255 - i);
-            }
-        }
-        const ReadData read(conn_with_indexes(indexes));
-        ASSERT_EQ(read->conns_num, 1U);
-        EXPECT_EQ(std::memcmp(read->conns[0].qp_child_idxs, expected, 64), 0);
-        EXPECT_EQ(read->conns[0].pr_sd_to_an.dlid, 0U);
-    }
-}
-
 TEST(JobData, EveryRunOfChildIndexesClearsThemAll) {
     const ReadData read(job_data(block("conns", "      qp_child_idxs: 4\n"
                                                 "      qp_child_idxs: 9\n"
@@ -723,18 +393,6 @@ TEST(JobData, EveryRunOfChildIndexesClearsThemAll) {
     ASSERT_EQ(read->conns_num, 1U);
     const uint8_t expected[64] = {5};
     EXPECT_EQ(std::memcmp(read->conns[0].qp_child_idxs, expected, 64), 0);
-}
-
-TEST(JobData, AChildIndexThatDoesNotScanIsZeroAndTakesItsPlace) {
-    const ReadData read(job_data(block("conns", "      qp_child_idxs: 4\n"
-                                                "      qp_child_idxs: x\n"
-                                                "      qp_child_idxs 8\n"
-                                                "      qp_child_idxs: 261\n"
-                                                "      tree_id: 1\n")));
-    ASSERT_EQ(read->conns_num, 1U);
-    const uint8_t expected[64] = {4, 0, 0, 5};
-    EXPECT_EQ(std::memcmp(read->conns[0].qp_child_idxs, expected, 64), 0);
-    EXPECT_EQ(read->conns[0].tree_id, 1U);
 }
 
 TEST(JobData, AVersionOfZeroHasNoLine) {
@@ -750,101 +408,59 @@ TEST(JobData, AVersionOfZeroHasNoLine) {
                        block("trees", "      versions: 255\n" + no_mgid_no_quota)));
 }
 
-TEST(JobData, OnlyTheFirstVersionOfARunIsTaken) {
-    const ReadData read(job_data(block("trees", "      versions: 3\n"
-                                                "      versions: 4\n"
-                                                "      versions: 5\n"
-                                                "      tree_id: 1\n")));
-    ASSERT_EQ(read->trees_num, 1U);
-    EXPECT_EQ(read->trees[0].versions[0], 3U);
-    EXPECT_EQ(read->trees[0].tree_id, 1U);
+// --- Counts that stand after their elements ------------------------------------------------------
+
+const std::string two_trees = "    trees {\n      tree_id: 1\n    }\n"
+                              "    trees {\n      tree_id: 2\n    }\n";
+
+// "hosts_num" does not begin with "hosts_sd_info".
+TEST(JobData, HostsNumDirectlyAfterTheHostsIsTheCount) {
+    ReadData read(job_data("    hosts_sd_info {\n      vemrad_id: 3\n    }\n"
+                           "    hosts_num: 7\n    job_key: 9\n"));
+    EXPECT_EQ(read->hosts_num, 7U);
+    EXPECT_EQ(read->hosts_sd_info[0].vemrad_id, 3U);
+    EXPECT_EQ(read->job_key, 9U);
 }
 
-TEST(JobData, ALaterVersionOverwritesTheFirstAndOneThatDoesNotScanStoresZero) {
-    const ReadData later(job_data(block("trees", "      versions: 3\n"
-                                                 "      tree_id: 1\n"
-                                                 "      versions: 4\n")));
-    EXPECT_EQ(later->trees[0].versions[0], 4U);
-    const ReadData failed(job_data(block("trees", "      versions: 3\n"
-                                                  "      tree_id: 1\n"
-                                                  "      versions: x\n")));
-    EXPECT_EQ(failed->trees[0].versions[0], 0U);
-}
-
-TEST(JobData, KeysThatEndAsOthersKeepApart) {
-    const ReadData read(job_data("    vemra_job_id: 1\n"
-                                 "    sat_qpc_opts {\n      sl: 2\n    }\n" +
-                                 block("trees", "      peer_tree_id: 3\n") +
-                                 block("agg_nodes", "      parent_an_id: 4\n")));
-    EXPECT_EQ(read->vemra_job_id, 1U);
-    EXPECT_EQ(read->job_id, 0U);
-    EXPECT_EQ(read->sat_qpc_opts.sl, 2U);
-    EXPECT_EQ(read->qpc_opts.sl, 0U);
-    EXPECT_EQ(read->trees[0].peer_tree_id, 3U);
-    EXPECT_EQ(read->trees[0].tree_id, 0U);
-    EXPECT_EQ(read->agg_nodes[0].parent_an_id, 4U);
-    EXPECT_EQ(read->agg_nodes[0].an_id, 0U);
-}
-
-TEST(JobData, ASecondQuotaOfATreeReplacesTheFirstAndASecondGroupAddsToIt) {
-    const ReadData read(job_data(block("trees", "      quota {\n        max_osts: 1\n      }\n"
-                                                "      mgid {\n        guid: 2\n      }\n"
-                                                "      quota {\n        max_qps: 3\n      }\n"
-                                                "      mgid {\n        subnet_prefix: 4\n"
-                                                "      }\n")));
-    ASSERT_EQ(read->trees_num, 1U);
-    EXPECT_EQ(read->trees[0].quota.max_osts, 0U);
-    EXPECT_EQ(read->trees[0].quota.max_qps, 3U);
-    EXPECT_EQ(read->trees[0].mgid.global.interface_id, 2U);
-    EXPECT_EQ(read->trees[0].mgid.global.subnet_prefix, 4U);
-}
-
-// --- Lines that belong to no key, and ends -------------------------------------------------------
-
-TEST(JobData, AnUnknownBlockInAConnectionIsSkippedWhole) {
+// "trees_num" begins with "trees": what follows it is the inside of a tree, up to a closing brace.
+TEST(JobData, TreesNumDirectlyAfterTheTreesOpensOneMore) {
     LogCapture log;
-    const ReadData read(job_data(block("conns", "      tree_id: 1\n"
-                                                "      extra {\n"
-                                                "        vemrad_id: 98\n"
-                                                "        deeper {\n"
-                                                "        }\n"
-                                                "      }\n"
-                                                "      vemrad_id: 2\n")));
-    ASSERT_EQ(read->conns_num, 1U);
-    EXPECT_EQ(read->conns[0].vemrad_id, 2U);
+    const ReadData read(job_data(two_trees + "    trees_num: 7\n    job_key: 9\n"
+                                             "      tree_id: 55\n    }\n"
+                                             "    reservation_id: 8\n"));
+    ASSERT_EQ(read->trees_num, 3U);
+    EXPECT_EQ(read->trees[2].tree_id, 55U);
+    EXPECT_EQ(read->job_key, 0U);
+    EXPECT_EQ(read->reservation_id, 8U);
     EXPECT_EQ(log.texts(), (std::vector<std::string>{
-                               "_kvt_txt_unpack_msg_vemra_tree_conn p_msg->tree_id[0x1]\n",
-                               "_kvt_txt_unpack_msg_vemra_tree_conn mismatch, "
-                               "txt_msg[extra {\n        vemrad_id: 98\n        deeper {\n   ]\n",
-                               "_kvt_txt_unpack_msg_vemra_tree_conn p_msg->vemrad_id[0x2]\n",
+                               "_kvt_txt_unpack_msg_vemra_tree p_msg->tree_id[0x1]\n",
+                               "_kvt_txt_unpack_msg_vemra_tree p_msg->tree_id[0x2]\n",
+                               "_kvt_txt_unpack_msg_vemra_tree mismatch, "
+                               "txt_msg[job_key: 9\n      tree_id: 55\n    }\n    reservation]\n",
+                               "_kvt_txt_unpack_msg_vemra_tree p_msg->tree_id[0x37]\n",
+                               "_kvt_txt_unpack_msg_vemra_job_data p_msg->reservation_id[0x8]\n",
                            }));
 }
 
-TEST(JobData, UnknownLinesAndBlocksAreSkippedEverywhere) {
-    const std::string unknown = "colour: 5\n  extra {\n  uid: 9\n  sl: 9\n  tree_id: 9\n"
-                                "  version: 9\n  }\n";
-    const ReadData read(job_data(unknown + "qpc_opts {\n" + unknown + "sl: 1\n}\n" + //
-                                 "hosts_sd_info {\n" + unknown + "version: 2\n}\n" + //
-                                 "trees {\n" + unknown + "tree_id: 3\n}\n" +         //
-                                 "agg_nodes {\n" + unknown + "tree_id: 4\n}\n" +     //
-                                 "uid: 5\n"));
-    EXPECT_EQ(read->qpc_opts.sl, 1U);
-    ASSERT_EQ(read->hosts_num, 1U);
-    EXPECT_EQ(read->hosts_sd_info[0].version, 2U);
-    ASSERT_EQ(read->trees_num, 1U);
-    EXPECT_EQ(read->trees[0].tree_id, 3U);
-    ASSERT_EQ(read->agg_nodes_num, 1U);
-    EXPECT_EQ(read->agg_nodes[0].tree_id, 4U);
-    EXPECT_EQ(read->uid, 5U);
+TEST(JobData, TreesNumAtTheEndTakesTheEndOfTheMessageForItsOwn) {
+    const ReadData read(job_data(two_trees + "    trees_num: 7\n    job_key: 9\n" +
+                                 "    conns {\n      tree_id: 4\n    }\n"));
+    ASSERT_EQ(read->trees_num, 3U);
+    EXPECT_EQ(read->trees[2].tree_id, 0U);
+    EXPECT_EQ(read->job_key, 0U);
+    EXPECT_EQ(read->conns, nullptr);
 }
 
-TEST(JobData, AnUnknownBlockOfOneLineEndsTheElementThatHoldsIt) {
-    const ReadData read(job_data("    trees {\n      tree_id: 1\n      extra { }\n"
-                                 "    uid: 4\n"
-                                 "    job_key: 9\n"));
-    ASSERT_EQ(read->trees_num, 1U);
-    EXPECT_EQ(read->trees[0].tree_id, 1U);
-    EXPECT_EQ(read->uid, 4U);
+TEST(JobData, TreesNumThatFindsNoMemoryForATreeIsSkippedAlone) {
+    MemoryWatch watch;
+    watch.fail(2); // after the record and the room for five trees
+    std::string five;
+    for (int i = 0; i < 5; ++i) {
+        five += "    trees {\n      tree_id: 1\n    }\n";
+    }
+    const ReadData read(job_data(five + "    trees_num: 7\n    job_key: 9\n"));
+    EXPECT_EQ(watch.failed(), 1U);
+    EXPECT_EQ(read->trees_num, 5U);
     EXPECT_EQ(read->job_key, 9U);
 }
 
@@ -937,67 +553,6 @@ TEST(JobData, EveryFieldIsTracedInTheOrderOfTheText) {
             traced(data_reader, "p_msg->job_key[0x47]"),
             traced(data_reader, "p_msg->reservation_id[0x48]"),
         }));
-}
-
-TEST(JobData, UnknownLinesAreTracedByTheReaderThatMeetsThem) {
-    LogCapture log;
-    const ReadData read(
-        job_data("unknown_line_of_the_whole_message_0123456789_x: 1\n"
-                 "qpc_opts {\nunknown_line_of_options_0123456789_0123456789_x: 1\n"
-                 "}\n"
-                 "hosts_sd_info {\nunknown_line_of_a_host_0123456789_0123456789_xx: "
-                 "1\n}\n"
-                 "trees {\nunknown_line_of_a_tree_0123456789_0123456789_xx: 1\n}\n"
-                 "conns {\nunknown_line_of_a_conn_0123456789_0123456789_xx: 1\n}\n"
-                 "agg_nodes {\nunknown_line_of_a_node_0123456789_0123456789_xx: 1\n"
-                 "}\n"));
-    EXPECT_EQ(log.take(),
-              (std::vector<LogLine>{
-                  traced(data_reader,
-                         "mismatch, txt_msg[unknown_line_of_the_whole_message_0123456789_x: 1\n]"),
-                  traced(options_reader,
-                         "mismatch, txt_msg[unknown_line_of_options_0123456789_0123456789_x: 1]"),
-                  traced(host_reader,
-                         "mismatch, txt_msg[unknown_line_of_a_host_0123456789_0123456789_xx: 1]"),
-                  traced(tree_reader,
-                         "mismatch, txt_msg[unknown_line_of_a_tree_0123456789_0123456789_xx: 1]"),
-                  traced(conn_reader,
-                         "mismatch, txt_msg[unknown_line_of_a_conn_0123456789_0123456789_xx: 1]"),
-                  traced(node_reader,
-                         "mismatch, txt_msg[unknown_line_of_a_node_0123456789_0123456789_xx: 1]"),
-              }));
-}
-
-TEST(JobData, FieldsThatDoNotScanAreTracedAsTheyStay) {
-    LogCapture log;
-    const ReadData read(job_data("    uid: x\n"
-                                 "    agg_nodes_num: 3\n"
-                                 "    agg_nodes_num: x\n"
-                                 "    hosts_sd_info {\n      addr: \"\"\n    }\n"));
-    EXPECT_EQ(log.take(), (std::vector<LogLine>{
-                              traced(data_reader, "p_msg->uid[0x0]"),
-                              traced(data_reader, "p_msg->agg_nodes_num[0x3]"),
-                              traced(data_reader, "p_msg->agg_nodes_num[0x3]"),
-                              traced(text_reader, "txt unpack value[]"),
-                          }));
-}
-
-TEST(JobData, ByteArraysThatAreFullEndWithoutATrace) {
-    LogCapture log;
-    const std::vector<unsigned> indexes(66, 8);
-    const ReadData read(conn_with_indexes(indexes));
-    std::vector<LogLine> expected(64, traced(byte_reader, "txt unpack value[0x8]"));
-    expected.insert(expected.begin(), traced(data_reader, "p_msg->conns_num[0x1]"));
-    EXPECT_EQ(log.take(), expected);
-    const ReadData tree(job_data(block("trees", "      versions: 3\n"
-                                                "      versions: 4\n"
-                                                "      tree_id: 1\n"
-                                                "      versions: x\n")));
-    EXPECT_EQ(log.take(), (std::vector<LogLine>{
-                              traced(byte_reader, "txt unpack value[0x3]"),
-                              traced(tree_reader, "p_msg->tree_id[0x1]"),
-                              traced(byte_reader, "txt unpack value[0x0]"),
-                          }));
 }
 
 } // namespace
