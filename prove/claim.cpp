@@ -9,6 +9,7 @@
 #include <cstring>
 #include <new>
 #include <sys/mman.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
@@ -43,9 +44,18 @@ void work(const Claim &claim, uint64_t step, Shared &shared) {
     }
 }
 
+/// What the processes that have ended have taken of the processors, in seconds.
+double processor_time() {
+    rusage usage{};
+    getrusage(RUSAGE_CHILDREN, &usage);
+    return static_cast<double>(usage.ru_utime.tv_sec + usage.ru_stime.tv_sec) +
+           static_cast<double>(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e6;
+}
+
 /// True when no case refutes the claim.
 bool holds(const Claim &claim, uint64_t step, unsigned processes) {
     const auto start = std::chrono::steady_clock::now();
+    const double used_before = processor_time();
     void *memory =
         mmap(nullptr, sizeof(Shared), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
     if (memory == MAP_FAILED) {
@@ -75,8 +85,9 @@ bool holds(const Claim &claim, uint64_t step, unsigned processes) {
         all = all && status == 0;
     }
     const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
-    std::printf("%s %12" PRIu64 " of %12" PRIu64 " cases %7.1f s  %s\n", all ? "holds" : "FAILS",
-                shared->cases.load(), claim.cases, taken.count(), claim.text);
+    std::printf("%s %12" PRIu64 " of %12" PRIu64 " cases %7.1f s, %7.1f s of processors  %s\n",
+                all ? "holds" : "FAILS", shared->cases.load(), claim.cases, taken.count(),
+                processor_time() - used_before, claim.text);
     std::fflush(stdout);
     munmap(memory, sizeof(Shared));
     return all;
