@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "engine/element_size.h"
+#include "text/boundary.h"
 
 namespace kvt_checking {
 
@@ -188,6 +189,8 @@ std::string_view check_text(Check &check, const Row &row, const Line &line, size
             KVT_FINDING_EMPTY_TEXT, check.mark(quote, closing + 1),
             "the reader does not take an empty text for a value: ", consequence(row));
     }
+    KVT_BOUNDARY(value.size() == longest);
+    KVT_BOUNDARY(value.size() == longest + 1);
     if (value.size() > longest) {
         check.findings.report(KVT_FINDING_LONG_TEXT, check.mark(begin + longest, closing),
                               Quoted{key_of(row)}, " holds ", uint64_t{longest},
@@ -217,6 +220,8 @@ const char *end_of_plain_text(const char *at, const char *end, size_t longest) {
         ++at;
     }
     const auto length = static_cast<size_t>(at - begin);
+    KVT_BOUNDARY(length == longest);
+    KVT_BOUNDARY(length == longest + 1);
     return length != 0 && length <= longest && end - at >= 2 && at[0] == '"' && at[1] == '\n'
                ? at + 1
                : nullptr;

@@ -5,6 +5,7 @@
 #include <cstddef>
 
 #include "engine/growing_array.h"
+#include "text/boundary.h"
 
 namespace kvt_checking {
 
@@ -13,6 +14,7 @@ public:
     /// Adds a value. Returns how many of its characters, its comma not among them, are kept.
     size_t add(size_t value_length) {
         const size_t needed = reckoned_ + value_length + 2;
+        KVT_BOUNDARY(needed == capacity_);
         if (needed > capacity_) {
             capacity_ = capacity_ == 0 ? kvt_str::first_lengths * value_length : 2 * capacity_;
         }
@@ -31,6 +33,7 @@ public:
 private:
     size_t put(size_t characters) {
         const size_t room = capacity_ - 1 - length_;
+        KVT_BOUNDARY(characters == room);
         const size_t added = characters < room ? characters : room;
         length_ += added;
         return added;

@@ -1,5 +1,7 @@
 #include "text/number.h"
 
+#include "text/boundary.h"
+
 namespace kvt_str {
 
 bool scan_number(const char *at, uint64_t &value) {
@@ -40,6 +42,7 @@ bool append_digits(uint64_t &number, uint64_t characters, unsigned count) {
     const char *start = at;
     uint64_t number = 0;
     for (; end - at >= 8; at += 8) {
+        KVT_BOUNDARY(end - at == 8);
         const uint64_t characters = load_eight(at);
         if (count_leading_digits(characters) != 8) {
             break;
@@ -77,6 +80,10 @@ char *put_eight_digits(char *out, uint64_t digits) {
 } // namespace
 
 PlainNumber read_plain_digits(const char *at, const char *end) {
+    KVT_BOUNDARY(end - at == 7);
+    KVT_BOUNDARY(end - at == 8);
+    KVT_BOUNDARY(end - at == 15);
+    KVT_BOUNDARY(end - at == 16);
     if (end - at >= 8) {
         const uint64_t characters = load_eight(at);
         const unsigned digits = count_leading_digits(characters);
@@ -102,6 +109,8 @@ PlainNumber read_plain_digits(const char *at, const char *end) {
 }
 
 PlainNumber read_plain_long_digits(const char *at, const char *end) {
+    KVT_BOUNDARY(end - at == 23);
+    KVT_BOUNDARY(end - at == 24);
     uint64_t number;
     if (end - at >= 24 && read_sixteen_digits(at, number)) {
         const uint64_t characters = load_eight(at + 16);
@@ -116,6 +125,12 @@ PlainNumber read_plain_long_digits(const char *at, const char *end) {
 }
 
 char *put_large_number_line(char *out, uint64_t number) {
+    KVT_BOUNDARY(number == ten_to_4 - 1);
+    KVT_BOUNDARY(number == ten_to_4);
+    KVT_BOUNDARY(number == ten_to_8 - 1);
+    KVT_BOUNDARY(number == ten_to_8);
+    KVT_BOUNDARY(number == ten_to_16 - 1);
+    KVT_BOUNDARY(number == ten_to_16);
     if (number < ten_to_4) {
         const uint64_t digits = four_digits(static_cast<uint32_t>(number));
         const unsigned zeros = count_zeros(digits);

@@ -8,6 +8,7 @@
 #include <limits>
 #include <locale.h>
 
+#include "text/boundary.h"
 #include "text/number.h"
 
 namespace kvt_str {
@@ -110,11 +111,14 @@ PlainReal read_plain_real(const char *at) {
             continue;
         }
         digits = 10 * digits + static_cast<uint32_t>(digit_value(*at));
+        KVT_BOUNDARY(digits == most);
         if (digits > most) {
             return {nullptr, 0};
         }
     }
     const auto decimals = point != nullptr ? static_cast<size_t>(at - point - 1) : 0;
+    KVT_BOUNDARY(decimals == std::size(powers) - 1);
+    KVT_BOUNDARY(decimals == std::size(powers));
     const bool no_digit = at - start == (point != nullptr);
     if (*at != '\n' || no_digit || decimals >= std::size(powers)) {
         return {nullptr, 0};
@@ -156,6 +160,7 @@ size_t format_plain_real(float value, char (&out)[real_capacity]) {
     const uint64_t rest = scaled - (rounded << shift);
     const uint64_t half = uint64_t{1} << (shift - 1);
     rounded += rest > half || (rest == half && rounded % 2 != 0) ? 1 : 0;
+    KVT_BOUNDARY(rounded == powers_of_ten[digits] - 1);
     if (rounded == powers_of_ten[digits]) {
         return 0; // six nines and more: rare, and the exponent changes
     }

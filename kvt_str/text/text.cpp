@@ -1,5 +1,6 @@
 #include "text/text.h"
 
+#include "text/boundary.h"
 #include "text/chunk.h"
 #include "text/scanner.h"
 
@@ -17,6 +18,8 @@ std::string_view value_before(const char *stop, const char *at) {
 
 std::string_view plain_quoted(const char *at, const char *end) {
     const char *stop = at;
+    KVT_BOUNDARY(static_cast<size_t>(end - at) == Chunk::width - 1);
+    KVT_BOUNDARY(static_cast<size_t>(end - at) == Chunk::width);
     for (; static_cast<size_t>(end - stop) >= Chunk::width; stop += Chunk::width) {
         const Chunk chunk(stop);
         const Chunk::Places stops =
@@ -33,6 +36,8 @@ std::string_view plain_quoted(const char *at, const char *end) {
 
 const char *Text::find_block_end(const char *at) const {
     ptrdiff_t depth = 0;
+    KVT_BOUNDARY(static_cast<size_t>(end_ - at) == Chunk::width - 1);
+    KVT_BOUNDARY(static_cast<size_t>(end_ - at) == Chunk::width);
     for (; has(at, Chunk::width); at += Chunk::width) {
         const Chunk chunk(at);
         const Chunk::Places opening = chunk.find('{');
