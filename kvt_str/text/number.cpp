@@ -1,10 +1,12 @@
 #include "text/number.h"
 
 #include "text/boundary.h"
+#include "text/wrapping.h"
 
 namespace kvt_str {
 
-bool scan_number(const char *at, uint64_t &value) {
+// A negative number is one that wraps.
+KVT_WRAPPING bool scan_number(const char *at, uint64_t &value) {
     while (is_space(*at)) {
         ++at;
     }
@@ -57,7 +59,8 @@ bool append_digits(uint64_t &number, uint64_t characters, unsigned count) {
             return no_number;
         }
     }
-    return at != start && *at == '\n' ? PlainNumber{at + 1, number} : no_number;
+    const bool is_line = at != start && *at == '\n';
+    return is_line ? PlainNumber{at + 1, number} : no_number;
 }
 
 /// The number of leading zeros among digits that are not all zero.

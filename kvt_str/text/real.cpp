@@ -80,7 +80,8 @@ bool scan_real(const char *at, float &value) {
     }
     if (at[0] == '0' && lower(at[1]) == 'x') {
         const char c = lower(at[2]);
-        if (!is_digit(c) && !(c >= 'a' && c <= 'f') && c != '.') {
+        const bool is_letter = c >= 'a' && c <= 'f';
+        if (!is_digit(c) && !is_letter && c != '.') {
             return false;
         }
     }
@@ -145,8 +146,9 @@ bool rounds_to_nearest() {
 size_t format_plain_real(float value, char (&out)[real_capacity]) {
     constexpr int digits = 6;
     const double exact = static_cast<double>(value);
-    if (!(exact >= decimal_powers[0] && exact < decimal_powers[10]) || !rounds_to_nearest()) {
-        return 0; // NaN, too
+    const bool is_plain = exact >= decimal_powers[0] && exact < decimal_powers[10]; // not for NaN
+    if (!is_plain || !rounds_to_nearest()) {
+        return 0;
     }
     int exponent = -4;
     while (exact >= decimal_powers[exponent + 5]) {
