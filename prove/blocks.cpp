@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "claim.h"
+#include "engine/member.h"
 #include "engine/release.h"
 #include "heap.h"
 #include "page_end.h"
@@ -22,20 +23,22 @@ using namespace kvt_test;
 
 namespace {
 
-bool same_records(const Record &table, const void *a, const void *b);
+bool same_records(const Record &table, const void *a, const void *b, CountsOf counts);
 
-bool same_elements(const Record &table, const char *a, const char *b, size_t count) {
+bool same_elements(const Record &table, const char *a, const char *b, size_t count,
+                   CountsOf counts) {
     for (size_t i = 0; i != count; ++i) {
-        if (!same_records(table, a + i * table.size, b + i * table.size)) {
+        if (!same_records(table, a + i * table.size, b + i * table.size, counts)) {
             return false;
         }
     }
     return true;
 }
 
-/// Whether a row's member is the same in two records. What hangs from a pointer is compared to its
-/// end, whatever the count says.
-bool same_members(const Row &row, const char *a, const char *b) {
+/// Whether a row's member is the same in two records, of which `count` is the count. What hangs
+/// from a pointer is compared to its end, whatever the count says; but where counts agree with the
+/// elements, those beyond the count have been released.
+bool same_members(const Row &row, const char *a, const char *b, uint64_t count, CountsOf counts) {
     if (row.owns_heap()) {
         const char *x;
         const char *y;
@@ -45,17 +48,21 @@ bool same_members(const Row &row, const char *a, const char *b) {
         if (size != block_size(y)) {
             return false;
         }
-        return row.kind == RowKind::run
-                   ? same_elements(*row.element, x, y, size / row.element->size)
-                   : size == 0 || std::memcmp(x, y, size) == 0;
+        if (row.kind == RowKind::run) {
+            const size_t room = size / row.element->size;
+            const bool all = counts == CountsOf::a_message || count > room;
+            return same_elements(*row.element, x, y, all ? room : static_cast<size_t>(count),
+                                 counts);
+        }
+        return size == 0 || std::memcmp(x, y, size) == 0;
     }
     if (row.opens_block()) {
-        return same_elements(*row.element, a, b, row.capacity);
+        return same_elements(*row.element, a, b, row.capacity, counts);
     }
     return std::memcmp(a, b, row.size) == 0;
 }
 
-bool same_records(const Record &table, const void *a, const void *b) {
+bool same_records(const Record &table, const void *a, const void *b, CountsOf counts) {
     return std::all_of(table.rows.begin(), table.rows.end(), [=](const Row &row) {
         const char *x = static_cast<const char *>(a) + row.offset;
         const char *y = static_cast<const char *>(b) + row.offset;
@@ -63,28 +70,32 @@ bool same_records(const Record &table, const void *a, const void *b) {
         // written.
         const char *count_x = static_cast<const char *>(a) + row.count_offset;
         const char *count_y = static_cast<const char *>(b) + row.count_offset;
-        return same_members(row, x, y) && std::memcmp(count_x, count_y, row.count_width) == 0;
+        const uint64_t count = row.counts_elements() ? load_count(row, a) : 0;
+        return same_members(row, x, y, count, counts) &&
+               std::memcmp(count_x, count_y, row.count_width) == 0;
     });
 }
 
 /// Reads a block in both ways and expects the same.
 void expect_same_reading(const Record &table, const char *text, CountsOf counts) {
+    begin_blocks_of(text);
     // Neither stands on the stack: a reader that keeps a pointer would find what it left.
     void *by_codec = std::calloc(1, table.size);
     void *literal = std::calloc(1, table.size);
     const char *stops_at = read_block(table, text, by_codec, counts);
     expect(read_block_literally(table, text, literal, counts) == stops_at,
            "a block is read as far as its literal reading goes", text);
-    expect(same_records(table, by_codec, literal), "a record is that of the literal reading", text);
+    expect(same_records(table, by_codec, literal, counts),
+           "a record is that of the literal reading", text);
     if (counts == CountsOf::a_sequence) {
         release_members(table, by_codec);
         release_members(table, literal);
         expect(blocks_alive() == 2, "a release frees all of a record, and that once", text);
     }
-    forget_blocks();
 }
 
 void expect_same_traces(const Record &table, const char *text) {
+    begin_blocks_of(text);
     LogCapture capture;
     void *by_codec = std::calloc(1, table.size);
     void *literal = std::calloc(1, table.size);
@@ -92,10 +103,9 @@ void expect_same_traces(const Record &table, const char *text) {
     const auto traces = capture.take();
     expect(read_block_literally(table, text, literal, CountsOf::a_message) == stops_at,
            "a block that is traced is read as far as its literal reading goes", text);
-    expect(same_records(table, by_codec, literal), "a record that is traced is the literal one",
-           text);
+    expect(same_records(table, by_codec, literal, CountsOf::a_message),
+           "a record that is traced is the literal one", text);
     expect(traces == capture.lines(), "the traces are those of the literal reading", text);
-    forget_blocks();
 }
 
 /// Tokens and the record whose lines they are.

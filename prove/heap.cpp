@@ -30,6 +30,7 @@ constexpr size_t capacity = size_t{1} << 24;
 alignas(Header) char memory[capacity];
 size_t used = 0;
 size_t alive = 0;
+const char *input = "";
 
 /// True for what calloc gave here: the C library's own blocks are its own.
 bool is_here(const void *block) {
@@ -40,7 +41,7 @@ bool is_here(const void *block) {
 Header *header_of(const void *block) {
     auto *header = const_cast<Header *>(static_cast<const Header *>(block)) - 1;
     expect(is_here(block) && header->state == is_alive,
-           "a block is used that has been freed or never was", "");
+           "a block is used that has been freed or never was", input);
     return header;
 }
 
@@ -54,7 +55,8 @@ size_t block_size(const void *block) {
     return block == nullptr ? 0 : header_of(block)->size;
 }
 
-void forget_blocks() {
+void begin_blocks_of(const char *text) {
+    input = text;
     std::memset(memory, 0, used);
     used = 0;
     alive = 0;
@@ -70,7 +72,7 @@ void *__wrap_calloc(size_t count, size_t size) {
     // Memory that is not in use is zero.
     const size_t bytes = count * size;
     const size_t blocks = (bytes + sizeof(Header) - 1) / sizeof(Header) + 1;
-    expect(blocks * sizeof(Header) <= capacity - used, "the memory of a proof suffices", "");
+    expect(blocks * sizeof(Header) <= capacity - used, "the memory of a proof suffices", input);
     auto *header = reinterpret_cast<Header *>(memory + used);
     used += blocks * sizeof(Header);
     *header = {bytes, is_alive};

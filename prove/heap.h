@@ -12,7 +12,7 @@ size_t blocks_alive();
 /// The size of a block that is alive, in bytes; 0 for null. What is no such block ends the program.
 size_t block_size(const void *block);
 
-/// Forgets all blocks, freed or not.
-void forget_blocks();
+/// Forgets all blocks, freed or not. From now on they are those of an input, for what is reported.
+void begin_blocks_of(const char *input);
 
 } // namespace kvt_prove

@@ -55,6 +55,7 @@ const char *place_messages(uint64_t number) {
 
 /// Splits a text in both ways and expects the same.
 void expect_same_split(const char *text, uint32_t length) {
+    begin_blocks_of(text);
     LogCapture capture(0);
     char **msgs = nullptr;
     uint32_t *kinds = nullptr;
@@ -86,7 +87,6 @@ void expect_same_split(const char *text, uint32_t length) {
         expect(msgs == nullptr && kinds == nullptr && count == -7, "a failure gives nothing", text);
     }
     expect(blocks_alive() == 0, "nothing is left behind", text);
-    forget_blocks();
 }
 
 void messages_are_split(uint64_t first, uint64_t end) {
