@@ -4,6 +4,7 @@
 
 #include "engine/element_size.h"
 #include "text/boundary.h"
+#include "text/wrapping.h"
 
 namespace kvt_checking {
 
@@ -88,8 +89,8 @@ bool is_in_range(const Row &row, const Digits &digits) {
     return row.kind == RowKind::signed32 ? digits.magnitude <= greatest + 1 : digits.magnitude == 0;
 }
 
-/// What the field holds after the number was stored: its low bits.
-uint64_t stored_of(const Row &row, const Digits &digits) {
+/// What the field holds after the number was stored: its low bits. A negative number wraps.
+KVT_WRAPPING uint64_t stored_of(const Row &row, const Digits &digits) {
     const uint64_t scanned = digits.overflows  ? UINT64_MAX
                              : digits.negative ? 0 - digits.magnitude
                                                : digits.magnitude;
