@@ -1,66 +1,23 @@
 // The functions that step through a text, from many positions and with many lengths, against what
-// kvt_str.h says of them, in the C library's words; and their fast forms against the plain ones.
+// kvt_str.h says of them; and their fast forms against the plain ones.
 #include <cstring>
-#include <string_view>
 
 #include "kvt/kvt_str.h"
 #include "property.h"
+#include "support/literal_scanner.h"
 #include "text/scanner.h"
 #include "text/text.h"
 
 using namespace kvt_fuzz;
+using namespace kvt_test;
 
 namespace {
 
-const char *expected_next_line(const char *text) {
-    const char *newline = std::strchr(text, '\n');
-    return newline != nullptr ? newline + std::strspn(newline, " \t\n") : std::strchr(text, '\0');
-}
-
-int expected_brace(const char *text, char brace) {
-    const char *newline = std::strchr(text, '\n');
-    return newline != nullptr &&
-           std::memchr(text, brace, static_cast<size_t>(newline - text)) != nullptr;
-}
-
-const char *expected_block_end(const char *text) {
-    // Line by line: the block is over after the first line at whose end nothing is open. A closing
-    // brace too many opens nothing.
-    long open = 0;
-    for (const char *line = text;;) {
-        const char *newline = std::strchr(line, '\n');
-        if (newline == nullptr) {
-            return std::strchr(line, '\0');
-        }
-        for (; line != newline; ++line) {
-            open += *line == '{' ? 1 : *line == '}' ? -1 : 0;
-        }
-        if (open == 0) {
-            return newline + std::strspn(newline, " \t\n");
-        }
-        line = newline + 1;
-    }
-}
-
-const char *expected_next_message(const char *text, uint32_t length) {
-    const size_t newline = std::string_view(text).substr(0, length).find('\n');
-    if (newline == std::string_view::npos) {
-        return nullptr;
-    }
-    for (size_t at = newline + 1; at <= length; ++at) {
-        const bool is_blank = at < length && (text[at] == ' ' || text[at] == '\t');
-        if (!is_blank && text[at] != '\n') {
-            return text + at;
-        }
-    }
-    return nullptr;
-}
-
 void check_steps(const char *at, const kvt_str::Text &text) {
-    expect(next_line(at) == expected_next_line(at), "next_line");
-    expect(check_start_msg(at) == expected_brace(at, '{'), "check_start_msg");
-    expect(check_end_msg(at) == expected_brace(at, '}'), "check_end_msg");
-    expect(find_end_msg(at) == expected_block_end(at), "find_end_msg");
+    expect(next_line(at) == literal_next_line(at), "next_line");
+    expect(check_start_msg(at) == literal_brace(at, '{'), "check_start_msg");
+    expect(check_end_msg(at) == literal_brace(at, '}'), "check_end_msg");
+    expect(find_end_msg(at) == literal_block_end(at), "find_end_msg");
 
     expect(text.after_line(at) == kvt_str::after_newline(at), "Text::after_line");
     expect(text.skip_blanks(at) == at + std::strspn(at, " \t\n"), "Text::skip_blanks");
@@ -88,7 +45,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
         for (const uint64_t distance : {uint64_t{0}, rest, rest + 1, chosen % (rest + 1),
                                         chosen & 31, uint64_t{UINT32_MAX}}) {
             const auto steps = static_cast<uint32_t>(distance);
-            expect(next_msg(at, steps) == expected_next_message(at, steps), "next_msg");
+            expect(next_msg(at, steps) == literal_next_message(at, steps), "next_msg");
         }
     }
     return 0;

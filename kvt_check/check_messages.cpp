@@ -5,6 +5,7 @@
 #include "message_kinds.h"
 #include "nearest.h"
 #include "read_message.h"
+#include "text/boundary.h"
 
 namespace kvt_checking {
 
@@ -73,6 +74,8 @@ void MessagesCheck::check_envelope() {
 /// The kind that the name on a type line stands for, or null.
 const MessageKind *MessagesCheck::check_kind(const Line &line, std::string_view name) {
     char copy[type_name_capacity] = {};
+    KVT_BOUNDARY(name.size() == sizeof copy - 1);
+    KVT_BOUNDARY(name.size() == sizeof copy);
     std::memcpy(copy, name.data(), name.size() < sizeof copy ? name.size() : sizeof copy - 1);
     const MessageKind *kind = find_kind(copy);
     if (kind == nullptr) {

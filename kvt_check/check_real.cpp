@@ -2,6 +2,7 @@
 #include <cstring>
 
 #include "check_value.h"
+#include "text/boundary.h"
 #include "text/real.h"
 
 namespace kvt_checking {
@@ -151,6 +152,8 @@ bool check_real(Check &check, const Row &row, const Line &line) {
                               " wants one: ", consequence(row));
         return false;
     }
+    KVT_BOUNDARY(number.size() == longest_real);
+    KVT_BOUNDARY(extent.significant_digits == kept_digits);
     if (number.size() > longest_real || extent.significant_digits > kept_digits) {
         check.findings.report(KVT_FINDING_ROUNDED, check.mark(number), Quoted{number},
                               " has more digits than the ", uint64_t{kept_digits},

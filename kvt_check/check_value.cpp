@@ -3,6 +3,8 @@
 #include <cstring>
 
 #include "engine/element_size.h"
+#include "text/boundary.h"
+#include "text/wrapping.h"
 
 namespace kvt_checking {
 
@@ -87,8 +89,8 @@ bool is_in_range(const Row &row, const Digits &digits) {
     return row.kind == RowKind::signed32 ? digits.magnitude <= greatest + 1 : digits.magnitude == 0;
 }
 
-/// What the field holds after the number was stored: its low bits.
-uint64_t stored_of(const Row &row, const Digits &digits) {
+/// What the field holds after the number was stored: its low bits. A negative number wraps.
+KVT_WRAPPING uint64_t stored_of(const Row &row, const Digits &digits) {
     const uint64_t scanned = digits.overflows  ? UINT64_MAX
                              : digits.negative ? 0 - digits.magnitude
                                                : digits.magnitude;
@@ -189,6 +191,8 @@ std::string_view check_text(Check &check, const Row &row, const Line &line, size
             KVT_FINDING_EMPTY_TEXT, check.mark(quote, closing + 1),
             "the reader does not take an empty text for a value: ", consequence(row));
     }
+    KVT_BOUNDARY(value.size() == longest);
+    KVT_BOUNDARY(value.size() == longest + 1);
     if (value.size() > longest) {
         check.findings.report(KVT_FINDING_LONG_TEXT, check.mark(begin + longest, closing),
                               Quoted{key_of(row)}, " holds ", uint64_t{longest},
@@ -217,6 +221,8 @@ const char *end_of_plain_text(const char *at, const char *end, size_t longest) {
         ++at;
     }
     const auto length = static_cast<size_t>(at - begin);
+    KVT_BOUNDARY(length == longest);
+    KVT_BOUNDARY(length == longest + 1);
     return length != 0 && length <= longest && end - at >= 2 && at[0] == '"' && at[1] == '\n'
                ? at + 1
                : nullptr;

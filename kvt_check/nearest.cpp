@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstdint>
 
+#include "text/boundary.h"
+
 namespace kvt_checking {
 
 namespace {
@@ -56,6 +58,8 @@ Nearest::Nearest(std::string_view unknown)
 void Nearest::consider(std::string_view known) {
     const size_t longer = std::max(known.size(), unknown_.size());
     const size_t shorter = std::min(known.size(), unknown_.size());
+    KVT_BOUNDARY(longer == longest_word);
+    KVT_BOUNDARY(longer == longest_word + 1);
     // One letter may be the begin of anything.
     if (longer > longest_word || longer - shorter >= fewest_ || shorter <= 1) {
         return;

@@ -7,6 +7,7 @@
 #include "kvt/message_layer.h"
 #include "read_message.h"
 #include "text/scanner.h"
+#include "text/wrapping.h"
 #include "write_message.h"
 
 namespace kvt_str {
@@ -61,7 +62,7 @@ bool MessageSequence::reserve(size_t entries) {
     return true;
 }
 
-bool MessageSequence::read(const char *begin, uint32_t length) {
+KVT_WRAPPING bool MessageSequence::read(const char *begin, uint32_t length) {
     // The records only serve to write the texts and are released by their counts: both must be
     // safe, whatever the text says.
     Input input{Text(begin), Counts::agree};

@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <cstdlib>
 
+#include "text/boundary.h"
+
 namespace kvt_str {
 
 /// Has room for 5 elements at first, and for twice as many whenever it is full. Only the first five
@@ -18,6 +20,9 @@ struct GrowingArray {
 
     /// Room for one more element; null when there is no memory for it.
     char *next() {
+        KVT_BOUNDARY(count == 5);
+        KVT_BOUNDARY(count == 10);
+        KVT_BOUNDARY(count == 20);
         if (count == capacity && !grow()) {
             return nullptr;
         }

@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <string_view>
 
+#include "text/boundary.h"
 #include "text/words.h"
 
 namespace kvt_str {
@@ -33,6 +34,9 @@ struct JoinedRoom {
         capacity = capacity_for(value_length);
         reckoned += value_length + 2;
         const size_t room = capacity - 1 - length;
+        KVT_BOUNDARY(reckoned == capacity);
+        KVT_BOUNDARY(value_length == room);
+        KVT_BOUNDARY(value_length + 1 == room);
         const bool fits = value_length < room;
         const size_t kept = fits ? value_length : room;
         length += kept + (fits ? 1 : 0);

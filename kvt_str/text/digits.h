@@ -9,6 +9,7 @@
 #include <cstring>
 
 #include "text/sse2.h"
+#include "text/wrapping.h"
 
 namespace kvt_str {
 
@@ -41,7 +42,7 @@ inline void store_eight(char *out, uint64_t characters) {
 // --- From text -----------------------------------------------------------------------------------
 
 /// How many of the eight characters, from the first on, are digits.
-inline unsigned count_leading_digits(uint64_t characters) {
+KVT_WRAPPING inline unsigned count_leading_digits(uint64_t characters) {
     // What is 0 to 9 for a digit has its high bit set neither as it stands nor with 118 added. A
     // carry out of a character that is no digit spoils only those after it.
     const uint64_t values = characters ^ in_each_byte('0');
@@ -49,8 +50,9 @@ inline unsigned count_leading_digits(uint64_t characters) {
     return others == 0 ? 8 : static_cast<unsigned>(std::countr_zero(others)) / 8;
 }
 
-/// The number that the first `count` of eight characters stand for, 1 to 8 digits.
-inline uint64_t value_of_digits(uint64_t characters, unsigned count) {
+/// The number that the first `count` of eight characters stand for, 1 to 8 digits. What follows
+/// them is shifted out, and the products beside the one that is wanted are cut.
+KVT_WRAPPING inline uint64_t value_of_digits(uint64_t characters, unsigned count) {
     // Digits move to the end of the eight, after zeros; then neighbours are joined: 8 x 1, 4 x 2,
     // 2 x 4, 1 x 8.
     uint64_t digits = (characters ^ in_each_byte('0')) << (64 - 8 * count);

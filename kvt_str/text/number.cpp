@@ -1,8 +1,12 @@
 #include "text/number.h"
 
+#include "text/boundary.h"
+#include "text/wrapping.h"
+
 namespace kvt_str {
 
-bool scan_number(const char *at, uint64_t &value) {
+// A negative number is one that wraps.
+KVT_WRAPPING bool scan_number(const char *at, uint64_t &value) {
     while (is_space(*at)) {
         ++at;
     }
@@ -40,6 +44,7 @@ bool append_digits(uint64_t &number, uint64_t characters, unsigned count) {
     const char *start = at;
     uint64_t number = 0;
     for (; end - at >= 8; at += 8) {
+        KVT_BOUNDARY(end - at == 8);
         const uint64_t characters = load_eight(at);
         if (count_leading_digits(characters) != 8) {
             break;
@@ -54,7 +59,8 @@ bool append_digits(uint64_t &number, uint64_t characters, unsigned count) {
             return no_number;
         }
     }
-    return at != start && *at == '\n' ? PlainNumber{at + 1, number} : no_number;
+    const bool is_line = at != start && *at == '\n';
+    return is_line ? PlainNumber{at + 1, number} : no_number;
 }
 
 /// The number of leading zeros among digits that are not all zero.
@@ -77,6 +83,10 @@ char *put_eight_digits(char *out, uint64_t digits) {
 } // namespace
 
 PlainNumber read_plain_digits(const char *at, const char *end) {
+    KVT_BOUNDARY(end - at == 7);
+    KVT_BOUNDARY(end - at == 8);
+    KVT_BOUNDARY(end - at == 15);
+    KVT_BOUNDARY(end - at == 16);
     if (end - at >= 8) {
         const uint64_t characters = load_eight(at);
         const unsigned digits = count_leading_digits(characters);
@@ -102,6 +112,8 @@ PlainNumber read_plain_digits(const char *at, const char *end) {
 }
 
 PlainNumber read_plain_long_digits(const char *at, const char *end) {
+    KVT_BOUNDARY(end - at == 23);
+    KVT_BOUNDARY(end - at == 24);
     uint64_t number;
     if (end - at >= 24 && read_sixteen_digits(at, number)) {
         const uint64_t characters = load_eight(at + 16);
@@ -116,6 +128,12 @@ PlainNumber read_plain_long_digits(const char *at, const char *end) {
 }
 
 char *put_large_number_line(char *out, uint64_t number) {
+    KVT_BOUNDARY(number == ten_to_4 - 1);
+    KVT_BOUNDARY(number == ten_to_4);
+    KVT_BOUNDARY(number == ten_to_8 - 1);
+    KVT_BOUNDARY(number == ten_to_8);
+    KVT_BOUNDARY(number == ten_to_16 - 1);
+    KVT_BOUNDARY(number == ten_to_16);
     if (number < ten_to_4) {
         const uint64_t digits = four_digits(static_cast<uint32_t>(number));
         const unsigned zeros = count_zeros(digits);

@@ -8,6 +8,7 @@
 #include <limits>
 #include <locale.h>
 
+#include "text/boundary.h"
 #include "text/number.h"
 
 namespace kvt_str {
@@ -78,7 +79,8 @@ bool scan_real(const char *at, float &value) {
     }
     if (at[0] == '0' && lower(at[1]) == 'x') {
         const char c = lower(at[2]);
-        if (!is_digit(c) && !(c >= 'a' && c <= 'f') && c != '.') {
+        const bool is_letter = c >= 'a' && c <= 'f';
+        if (!is_digit(c) && !is_letter && c != '.') {
             return false;
         }
     }
@@ -109,11 +111,14 @@ PlainReal read_plain_real(const char *at) {
             continue;
         }
         digits = 10 * digits + static_cast<uint32_t>(digit_value(*at));
+        KVT_BOUNDARY(digits == most);
         if (digits > most) {
             return {nullptr, 0};
         }
     }
     const auto decimals = point != nullptr ? static_cast<size_t>(at - point - 1) : 0;
+    KVT_BOUNDARY(decimals == std::size(powers) - 1);
+    KVT_BOUNDARY(decimals == std::size(powers));
     const bool no_digit = at - start == (point != nullptr);
     if (*at != '\n' || no_digit || decimals >= std::size(powers)) {
         return {nullptr, 0};
@@ -140,8 +145,9 @@ bool rounds_to_nearest() {
 size_t format_plain_real(float value, char (&out)[real_capacity]) {
     constexpr int digits = 6;
     const double exact = static_cast<double>(value);
-    if (!(exact >= decimal_powers[0] && exact < decimal_powers[10]) || !rounds_to_nearest()) {
-        return 0; // NaN, too
+    const bool is_plain = exact >= decimal_powers[0] && exact < decimal_powers[10]; // not for NaN
+    if (!is_plain || !rounds_to_nearest()) {
+        return 0;
     }
     int exponent = -4;
     while (exact >= decimal_powers[exponent + 5]) {
@@ -155,6 +161,7 @@ size_t format_plain_real(float value, char (&out)[real_capacity]) {
     const uint64_t rest = scaled - (rounded << shift);
     const uint64_t half = uint64_t{1} << (shift - 1);
     rounded += rest > half || (rest == half && rounded % 2 != 0) ? 1 : 0;
+    KVT_BOUNDARY(rounded == powers_of_ten[digits] - 1);
     if (rounded == powers_of_ten[digits]) {
         return 0; // six nines and more: rare, and the exponent changes
     }

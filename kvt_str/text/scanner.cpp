@@ -1,5 +1,7 @@
 #include "text/scanner.h"
 
+#include "text/boundary.h"
+
 namespace kvt_str {
 
 Line look_at_line(const char *at) {
@@ -45,6 +47,7 @@ const char *next_message(const char *at, uint32_t length) {
         while (distance < length && (at[distance] == ' ' || at[distance] == '\t')) {
             ++distance;
         }
+        KVT_BOUNDARY(distance == length);
         if (distance > length) {
             return nullptr;
         }

@@ -1,7 +1,9 @@
 #include "text/text.h"
 
+#include "text/boundary.h"
 #include "text/chunk.h"
 #include "text/scanner.h"
+#include "text/wrapping.h"
 
 namespace kvt_str {
 
@@ -9,14 +11,16 @@ namespace {
 
 /// The value from `at` on when it ends at `stop` as a plain quoted one does.
 std::string_view value_before(const char *stop, const char *at) {
-    return stop[0] == '"' && stop[1] == '\n' ? std::string_view(at, static_cast<size_t>(stop - at))
-                                             : std::string_view();
+    const bool is_plain = stop[0] == '"' && stop[1] == '\n';
+    return is_plain ? std::string_view(at, static_cast<size_t>(stop - at)) : std::string_view();
 }
 
 } // namespace
 
 std::string_view plain_quoted(const char *at, const char *end) {
     const char *stop = at;
+    KVT_BOUNDARY(static_cast<size_t>(end - at) == Chunk::width - 1);
+    KVT_BOUNDARY(static_cast<size_t>(end - at) == Chunk::width);
     for (; static_cast<size_t>(end - stop) >= Chunk::width; stop += Chunk::width) {
         const Chunk chunk(stop);
         const Chunk::Places stops =
@@ -31,8 +35,11 @@ std::string_view plain_quoted(const char *at, const char *end) {
     return value_before(stop, at);
 }
 
-const char *Text::find_block_end(const char *at) const {
+// A set is negated to find its lowest bit.
+KVT_WRAPPING const char *Text::find_block_end(const char *at) const {
     ptrdiff_t depth = 0;
+    KVT_BOUNDARY(static_cast<size_t>(end_ - at) == Chunk::width - 1);
+    KVT_BOUNDARY(static_cast<size_t>(end_ - at) == Chunk::width);
     for (; has(at, Chunk::width); at += Chunk::width) {
         const Chunk chunk(at);
         const Chunk::Places opening = chunk.find('{');

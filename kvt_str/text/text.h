@@ -6,6 +6,7 @@
 #include <cstring>
 #include <string_view>
 
+#include "text/boundary.h"
 #include "text/digits.h"
 #include "text/folded.h"
 #include "text/scanner.h"
@@ -57,13 +58,19 @@ public:
         const size_t rest = static_cast<size_t>(end_ - value);
         const size_t most = rest < limit ? rest : limit;
         const void *closing = std::memchr(value, '"', most);
-        return {value, closing != nullptr
-                           ? static_cast<size_t>(static_cast<const char *>(closing) - value)
-                           : most};
+        const size_t length = closing != nullptr
+                                  ? static_cast<size_t>(static_cast<const char *>(closing) - value)
+                                  : most;
+        KVT_BOUNDARY(rest == limit);
+        KVT_BOUNDARY(length == limit - 1);
+        KVT_BOUNDARY(length == limit);
+        return {value, length};
     }
 
     /// As skip_blanks of the scanner, and faster for the indentation of a line.
     KVT_FOLDED const char *skip_blanks(const char *at) const {
+        KVT_BOUNDARY(end_ - at == 7);
+        KVT_BOUNDARY(end_ - at == 8);
         if (has(at, 8)) {
             at += std::countr_zero(load_eight(at) ^ in_each_byte(' ')) / 8;
         }

@@ -95,6 +95,11 @@ TEST(CheckedMessages, SayTheirKind) {
     EXPECT_EQ(found("msg {\n  type: LAST\n}\n"), "2:9 no-record 'LAST'\n");
     EXPECT_EQ(found("msg {\n  type: END_JOB_2\n  end_job {\n  }\n}\n"), "2:16 longer-kind '_2'\n");
     EXPECT_EQ(found("msg {\n  type: END_JOB 2\n  end_job {\n  }\n}\n"), "2:17 longer-kind '2'\n");
+    for (const size_t length : {99U, 100U, 101U}) { // the reader keeps 99 characters of a name
+        const std::string rest(length - 7, 'x');
+        EXPECT_EQ(found("msg {\n  type: END_JOB" + rest + "\n  end_job {\n  }\n}\n"),
+                  "2:16 longer-kind '" + rest + "'\n");
+    }
     EXPECT_EQ(said_of("msg {\n  type: end_job\n}\n"),
               "there is no kind 'end_job': the reader refuses the text; did you mean 'END_JOB'?\n");
     EXPECT_EQ(said_of("msg {\n  type: " + std::string(200, 'X') + "\n}\n"),

@@ -223,6 +223,23 @@ TEST(CheckedTextValues, FitTheirField) {
         "5:77 long-text 'n'\n");
 }
 
+TEST(CheckedTextValues, FitTheirFieldAlsoWithABlankAfterThem) {
+    EXPECT_EQ(found(job_error("    description: \"" + std::string(127, 'x') + "\" \n")), "");
+    EXPECT_EQ(found(job_error("    description: \"" + std::string(128, 'x') + "\" \n")),
+              "4:146 long-text 'x'\n");
+}
+
+// The first of these takes room for ten characters, which the reader believes to be full with the
+// second one, but not overfull: the room is doubled for the third alone, and holds 19 and a NUL.
+TEST(CheckedTextValues, OfSeveralLinesFillTheirRoomBeforeItGrows) {
+    const auto third = [](size_t length) {
+        return begin_job("    hosts: \"ab\"\n    hosts: \"cdef\"\n    hosts: \"" +
+                         std::string(length, 'x') + "\"\n");
+    };
+    EXPECT_EQ(found(third(10)), "");
+    EXPECT_EQ(found(third(11)), "6:5 long-text 'hosts: \"xxxxxxxxxxx\"'\n");
+}
+
 TEST(CheckedTextValues, HoldNoBraces) {
     EXPECT_EQ(found(job_error("    error: 5\n    description: \"a } b\"\n    type: 7\n")),
               "5:19 brace-in-text 'a } b'\n");

@@ -16,12 +16,12 @@ namespace kvt_test {
 /// The ways in which a text is read.
 enum class Form {
     as_written, ///< as it stands
-    tabbed,     ///< each line behind a tab, as the writer puts none
+    tabbed,     ///< each line after a tab, as the writer puts none
     traced,     ///< as it stands, while all traces are listened to
 };
 inline constexpr Form every_form[] = {Form::as_written, Form::tabbed, Form::traced};
 
-/// A record read from the text behind its block's opening line. Releases what hangs from it by its
+/// A record read from the text after its block's opening line. Releases what hangs from it by its
 /// counts.
 class BlockRead {
 public:

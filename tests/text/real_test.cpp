@@ -391,6 +391,7 @@ TEST(ReadPlainReal, TakesDigitsWithAPointAndWithout) {
     EXPECT_EQ(read_plain("0\n"), 0.0F);
     EXPECT_EQ(read_plain("999999\n"), 999999.0F);
     EXPECT_EQ(read_plain("16777216\n"), 16777216.0F);
+    EXPECT_EQ(read_plain("0.1234567\n"), 0.1234567F);
 }
 
 TEST(ReadPlainReal, LeavesEveryOtherForm) {

@@ -316,6 +316,15 @@ TEST(TextFindBlockEnd, IsTheEndOfATextThatClosesNoBlock) {
     EXPECT_EQ(block_end("} } }\n a: 12345678901234567890\n"), 31);
 }
 
+TEST(TextFindBlockEnd, LooksAtEveryCharacterOfATextOfAnyLength) {
+    for (size_t length = 0; length <= 40; ++length) {
+        const auto end = static_cast<ptrdiff_t>(length);
+        EXPECT_EQ(block_end(std::string(length, 'a')), end);
+        EXPECT_EQ(block_end(std::string(length, 'a') + "\n"), end + 1);
+        EXPECT_EQ(block_end("{\n" + std::string(length, 'a') + "}\n"), end + 4);
+    }
+}
+
 TEST(TextFindBlockEnd, RandomTextsEndWhereThePlainScannerSays) {
     Random random(11);
     constexpr std::string_view characters = "{}{}\n\n\n \t\"a:{}";
