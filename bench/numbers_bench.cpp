@@ -79,7 +79,7 @@ template <unsigned width> uint64_t scan_kvt(const char *at, const char *end) {
     return kvt_str::read_plain_number<width>(at, end).value;
 }
 
-uint64_t scan_kvt_exact(const char *at, const char *) {
+uint64_t scan_kvt_general(const char *at, const char *) {
     uint64_t number = 0;
     kvt_str::scan_number(at, number);
     return number;
@@ -147,7 +147,7 @@ void register_numbers() {
         add("put", *numbers, "kvt_str", measure_put<put_kvt>);
         add("put", *numbers, "sprintf", measure_put<put_sprintf>);
         add("put", *numbers, "to_chars", measure_put<put_to_chars>);
-        add("scan", *numbers, "kvt_str_exact", measure_scan<scan_kvt_exact>);
+        add("scan", *numbers, "kvt_str_general", measure_scan<scan_kvt_general>);
         add("scan", *numbers, "strtoul", measure_scan<scan_strtoul>);
         add("scan", *numbers, "from_chars", measure_scan<scan_from_chars>);
     }

@@ -49,7 +49,7 @@ PACKAGES = [
 NUMBERS = {"digit": "1 digit", "byte": "8 bits", "32_bits": "32 bits", "guid": "17 to 20 digits"}
 CONVERTERS = {
     "kvt_str": "kvt_str",
-    "kvt_str_exact": "kvt_str's exact path",
+    "kvt_str_general": "kvt_str's general form",
     "sprintf": "sprintf",
     "to_chars": "to_chars",
     "strtoul": "strtoul",

@@ -67,16 +67,16 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     const MemoryWatch watch;
     const Outcome literal = read_literally(*table, block);
     const Outcome traced = read_by_codec(*table, text, block, 6);
-    const Outcome straight = read_by_codec(*table, text, block, 0);
+    const Outcome untraced = read_by_codec(*table, text, block, 0);
 
     expect_same_record(*table, traced, literal);
-    expect_same_record(*table, straight, literal);
+    expect_same_record(*table, untraced, literal);
     expect(traced.log == literal.log, "the traces are those of the literal form");
-    expect(straight.log.empty(), "nothing is logged while nobody listens");
+    expect(untraced.log.empty(), "nothing is logged while nobody listens");
 
     release(*table, literal);
     release(*table, traced);
-    release(*table, straight);
+    release(*table, untraced);
     expect(watch.alive() == 0, "a release frees all of a record");
     return 0;
 }

@@ -1,5 +1,5 @@
 // Checks the lines of a record's block, and of the blocks in it: the loop of the reader
-// (BlockReader::read_lines in engine/read.cpp) over the same tables.
+// (BlockReader::read_lines in engine/read_block.cpp) over the same tables.
 #pragma once
 
 #include <string_view>

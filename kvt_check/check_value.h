@@ -1,6 +1,6 @@
 // Checks one line of a row whose value stands on that line: a number, a float or a quoted text.
 //
-// What the reader does with such a line, in engine/read.cpp and engine/read_arrays.cpp, decides
+// What the reader does with such a line, in engine/read_line.cpp and engine/read_block.cpp, decides
 // what is reported: blanks before a value are skipped, and newlines, too; what stands after a
 // value is ignored; a number is cut to the width of its field.
 #pragma once

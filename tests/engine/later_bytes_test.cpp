@@ -1,4 +1,4 @@
-// A later run of a byte array, in a form that only the exact path takes.
+// A later run of a byte array, in general form.
 #include <gtest/gtest.h>
 
 #include <string>

@@ -34,7 +34,7 @@ struct Reading {
 struct Way {
     bool literally;
     Counts counts;
-    bool traced; ///< traces close the straight path
+    bool traced; ///< then no line is read in canonical form
 };
 
 Reading read(const Record &table, const char *text, const Way &way) {

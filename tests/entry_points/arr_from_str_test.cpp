@@ -351,7 +351,7 @@ TEST(ArrFromStr, CountsAreMadeToAgreeWithTheElements) {
     EXPECT_EQ(strict.released(), 6U);
 }
 
-// The straight path reads such a text to its end without a doubt.
+// Such a text is canonical to its end.
 TEST(ArrFromStr, CountsWithoutElementsAreLeftOutOfTextsInNormalForm) {
     const auto resources = [](const std::string &counts) {
         return message_text("RESOURCE_DATA",

@@ -1,5 +1,4 @@
-// Where lines in the writer's form stop being what the writer writes: texts that take the straight
-// path almost to their end.
+// Where lines stop being what the writer writes: texts that are canonical almost to their end.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -25,7 +24,7 @@ std::string numbered_lines(const std::string &key, unsigned count) {
 }
 
 // Nothing but the next member would show a byte too many: it lies within the same record.
-TEST(StraightPath, ALineMoreThanABytesArrayHoldsLeavesTheNextMember) {
+TEST(CanonicalLines, ALineMoreThanABytesArrayHoldsLeavesTheNextMember) {
     const ReadMessage<vemra_job_data> job(
         VEMRA_MSG_TYPE_JOB_DATA,
         message_text("JOB_DATA", "  job_data {\n    conns {\n" +
@@ -53,7 +52,7 @@ std::string event(unsigned entries, const std::string &rest) {
     return text + rest + "    }\n";
 }
 
-TEST(StraightPath, EachOfSeveralReplacedRunsIsReleasedByItsOwnTrueLengths) {
+TEST(CanonicalLines, EachOfSeveralReplacedRunsIsReleasedByItsOwnTrueLengths) {
     const MemoryWatch watch;
     {
         const ReadMessage<vemra_event_list> list(
@@ -68,7 +67,7 @@ TEST(StraightPath, EachOfSeveralReplacedRunsIsReleasedByItsOwnTrueLengths) {
     EXPECT_EQ(watch.alive(), 0U);
 }
 
-TEST(StraightPath, AnOpeningLineMayGoOnBehindWhatTheWriterWrites) {
+TEST(CanonicalLines, AnOpeningLineMayGoOnBehindWhatTheWriterWrites) {
     for (const char *opening : {"  end_job {\n", "  end_job {  \n", "  end_job { x: 1\n",
                                 "  end_job extra {\n", "  end_jobs {\n", "  end_job\n"}) {
         const ReadMessage<vemra_end_job> job(
@@ -80,7 +79,7 @@ TEST(StraightPath, AnOpeningLineMayGoOnBehindWhatTheWriterWrites) {
 
 // The record ends at its first closing brace, which closes the envelope too: the braces see 41
 // envelopes where the reader sees one message.
-TEST(StraightPath, EnvelopesThatOnlyTheBracesSeeHaveTheirEntries) {
+TEST(CanonicalLines, EnvelopesThatOnlyTheBracesSeeHaveTheirEntries) {
     std::string text = "msg {\n  type: END_JOB\n  end_job {\n    job_id: 0}}\n";
     for (int i = 0; i < 40; ++i) {
         text += "msg\n";
