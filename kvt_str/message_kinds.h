@@ -22,10 +22,6 @@ struct MessageKinds {
     const MessageKind *begin() const { return first; }
 
     const MessageKind *end() const { return first + count; }
-
-    size_t size() const { return count; }
-
-    const MessageKind &operator[](size_t i) const { return first[i]; }
 };
 
 /// All kinds, in the order of their values.

@@ -106,7 +106,7 @@ OwnedMessage FabricDay::next() {
     Random random(mixed(~random_, step_));
     const auto chosen =
         stories_.begin() + static_cast<ptrdiff_t>(random.between(0, stories_.size() - 1));
-    const MessageKind &kind = kvt_str::message_kinds()[chosen->kinds.front()];
+    const MessageKind &kind = *kvt_str::find_kind(static_cast<int32_t>(chosen->kinds.front()));
     const Scene scene(seed_, chosen->size, chosen->job, step_);
     chosen->kinds = chosen->kinds.subspan(1);
     if (chosen->kinds.empty()) {

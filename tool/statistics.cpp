@@ -131,7 +131,7 @@ uint64_t count_elements(const Record &table, const void *record) {
 
 // --- Statistics ----------------------------------------------------------------------------------
 
-Statistics::Statistics() : kinds_(message_kinds().size()) {}
+Statistics::Statistics() : kinds_(VEMRA_MSG_TYPE_LAST + 1) {}
 
 void Statistics::add(const MessageKind &kind, const void *record, uint64_t text_bytes) {
     std::unique_ptr<Counts> &counts = kinds_[kind.value];

@@ -68,9 +68,7 @@ void trace_byte(uint8_t value) {
 }
 
 void trace_end_of_bytes(const Row &row, const char *at) {
-    if (listens(trace_level)) {
-        trace(log_texts::bytes_reader, log_texts::end_of_bytes, Key(row).text, at);
-    }
+    trace(log_texts::bytes_reader, log_texts::end_of_bytes, Key(row).text, at);
 }
 
 void trace_text(const char *text) {
@@ -78,9 +76,7 @@ void trace_text(const char *text) {
 }
 
 void trace_text_of_another_key(const Row &row, const char *at) {
-    if (listens(trace_level)) {
-        trace(log_texts::text_reader, log_texts::text_of_another_key, Key(row).text, at);
-    }
+    trace(log_texts::text_reader, log_texts::text_of_another_key, Key(row).text, at);
 }
 
 void trace_joined_value(const char *text) {

@@ -66,11 +66,18 @@ private:
     /// Calls a step with the level as a constant, when it is one of those that are unrolled.
     template <typename Step> KVT_FOLDED static bool call_at(unsigned level, const Step &step) {
         return [&]<size_t... i>(std::index_sequence<i...> /*all*/) KVT_FOLDED_LAMBDA {
-            return ((level == levels.at[i] &&
-                     (step(std::integral_constant<unsigned, levels.at[i]>{}), true)) ||
-                    ...);
+            return (call_if<levels.at[i]>(level, step) || ...);
         }
         (std::make_index_sequence < unrolls ? levels.size() : 0 > {});
+    }
+
+    template <unsigned known, typename Step>
+    KVT_FOLDED static bool call_if(unsigned level, const Step &step) {
+        if (level != known) {
+            return false;
+        }
+        step(std::integral_constant<unsigned, known>{});
+        return true;
     }
 
     using AllRows = std::make_index_sequence<Source::Table::row_count>;
@@ -93,7 +100,7 @@ private:
         if (!block.is_traced) {
             ((at = read_row(block, row<i>, at, Form::canonical)), ...);
             const char *end = block.after_closing_line(at);
-            if (end != nullptr && (count_is_true(block, row<i>) && ...)) {
+            if (end != nullptr && (count_is_true(block, row<i>) & ...) != 0) {
                 return end;
             }
         }
@@ -110,10 +117,11 @@ private:
         return of.counts_elements() || of.has(shared_value);
     }
 
-    /// The count of a row, where it has one, is the number of elements that were read.
-    KVT_FOLDED static bool count_is_true(const BlockReader &block, const Row &of) {
-        return !of.counts_elements() ||
-               load_count(of, block.record) == block.progress.true_counts.of(of).elements;
+    /// 1 when the count of a row, if it has one, is the number of elements that were read; else 0.
+    KVT_FOLDED static unsigned count_is_true(const BlockReader &block, const Row &of) {
+        const bool lies = of.counts_elements() && load_count(of, block.record) !=
+                                                      block.progress.true_counts.of(of).elements;
+        return lies ? 0 : 1;
     }
 };
 
