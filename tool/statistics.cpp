@@ -7,6 +7,7 @@
 #include <unordered_map>
 
 #include "fields.h"
+#include "kvt/messages/message_type.h"
 
 namespace kvt_tool {
 
