@@ -1,18 +1,13 @@
-// The kinds of findings, in words.
+#include "finding_kinds.h"
+
 #include <cstring>
 #include <iterator>
 
-#include "kvt/kvt_check.h"
+namespace kvt_checking {
 
 namespace {
 
-struct Kind {
-    kvt_finding_kind kind;
-    const char *name;
-    const char *meaning;
-};
-
-constexpr Kind kinds[] = {
+constexpr FindingKind kinds[] = {
     {KVT_FINDING_NO_MESSAGE, "no-message", "The text holds no message."},
     {KVT_FINDING_OUTSIDE, "outside",
      "Something stands outside of the messages: the reader stops there, or refuses the text."},
@@ -99,32 +94,20 @@ constexpr bool kinds_are_in_order() {
 static_assert(std::size(kinds) == KVT_FINDING_KINDS, "one row for every kind");
 static_assert(kinds_are_in_order(), "a row stands at the place of its value");
 
-const Kind *find(kvt_finding_kind kind) {
+} // namespace
+
+const FindingKind *find_finding_kind(kvt_finding_kind kind) {
     const auto index = static_cast<size_t>(kind);
     return index < std::size(kinds) ? &kinds[index] : nullptr;
 }
 
-} // namespace
-
-extern "C" {
-
-const char *kvt_finding_name(kvt_finding_kind kind) {
-    const Kind *found = find(kind);
-    return found != nullptr ? found->name : nullptr;
-}
-
-const char *kvt_finding_meaning(kvt_finding_kind kind) {
-    const Kind *found = find(kind);
-    return found != nullptr ? found->meaning : nullptr;
-}
-
-kvt_finding_kind kvt_finding_of_name(const char *name) {
-    for (const Kind &kind : kinds) {
-        if (name != nullptr && std::strcmp(name, kind.name) == 0) {
-            return kind.kind;
+const FindingKind *find_finding_kind(const char *name) {
+    for (const FindingKind &kind : kinds) {
+        if (std::strcmp(name, kind.name) == 0) {
+            return &kind;
         }
     }
-    return KVT_FINDING_KINDS;
+    return nullptr;
 }
 
-} // extern "C"
+} // namespace kvt_checking

@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+#include "finding_kinds.h"
+
 namespace kvt_checking {
 
 namespace {
@@ -39,7 +41,7 @@ void Findings::deliver(kvt_finding_kind kind, const Mark &mark, std::string_view
 
     kvt_finding finding;
     finding.kind = kind;
-    finding.name = kvt_finding_name(kind);
+    finding.name = find_finding_kind(kind)->name;
     finding.line = mark.line;
     finding.column = static_cast<size_t>(mark.from - mark.line_start) + 1;
     finding.offset = static_cast<size_t>(mark.from - begin_);

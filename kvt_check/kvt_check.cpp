@@ -1,25 +1,10 @@
-// The entry point.
+// The entry points.
 #include "kvt/kvt_check.h"
 
 #include <cstring>
 
 #include "check_state.h"
-
-namespace kvt_checking {
-
-Line Check::look_at_line() {
-    const Line line = cursor.look_at_line();
-    if (line.ended && line.end[-1] == '\r' && !told_of_carriage_returns) {
-        told_of_carriage_returns = true;
-        findings.report(KVT_FINDING_CARRIAGE_RETURN, mark(line.end - 1, line.end),
-                        "lines end with a carriage return and a newline: the reader takes the "
-                        "carriage return for a character of its line, and an empty line for one "
-                        "with a text; the writer writes none");
-    }
-    return line;
-}
-
-} // namespace kvt_checking
+#include "finding_kinds.h"
 
 namespace {
 
@@ -33,6 +18,8 @@ bool is_all_nul(const char *at, const char *end) {
 }
 
 } // namespace
+
+extern "C" {
 
 size_t kvt_check(const char *text, size_t length, kvt_finding_callback *report, void *user) {
     const char *begin = text != nullptr && length != 0 ? text : "";
@@ -51,3 +38,20 @@ size_t kvt_check(const char *text, size_t length, kvt_finding_callback *report, 
     }
     return check.findings.count();
 }
+
+const char *kvt_finding_name(kvt_finding_kind kind) {
+    const FindingKind *found = find_finding_kind(kind);
+    return found != nullptr ? found->name : nullptr;
+}
+
+const char *kvt_finding_meaning(kvt_finding_kind kind) {
+    const FindingKind *found = find_finding_kind(kind);
+    return found != nullptr ? found->meaning : nullptr;
+}
+
+kvt_finding_kind kvt_finding_of_name(const char *name) {
+    const FindingKind *found = name != nullptr ? find_finding_kind(name) : nullptr;
+    return found != nullptr ? found->kind : KVT_FINDING_KINDS;
+}
+
+} // extern "C"

@@ -1,0 +1,20 @@
+// The kinds of findings, in words.
+#pragma once
+
+#include "kvt/kvt_check.h"
+
+namespace kvt_checking {
+
+struct FindingKind {
+    kvt_finding_kind kind;
+    const char *name;
+    const char *meaning;
+};
+
+/// Null for a number that is no kind.
+const FindingKind *find_finding_kind(kvt_finding_kind kind);
+
+/// Null for another name.
+const FindingKind *find_finding_kind(const char *name);
+
+} // namespace kvt_checking
