@@ -66,7 +66,9 @@ private:
     /// Calls a step with the level as a constant, when it is one of those that are unrolled.
     template <typename Step> KVT_FOLDED static bool call_at(unsigned level, const Step &step) {
         return [&]<size_t... i>(std::index_sequence<i...> /*all*/) KVT_FOLDED_LAMBDA {
-            return (call_if<levels.at[i]>(level, step) || ...);
+            bool called = false;
+            ((called |= call_if<levels.at[i]>(level, step)), ...);
+            return called;
         }
         (std::make_index_sequence < unrolls ? levels.size() : 0 > {});
     }
