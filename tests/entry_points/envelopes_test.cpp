@@ -96,5 +96,20 @@ TEST(Envelopes, OfADroppedElementHaveEntriesWithoutAMessage) {
     }
 }
 
+// The brace of the later line opens nothing for the reader, and one block more for the count. So
+// the envelope ends with the line after the message, which ends the reading.
+TEST(Envelopes, OfABraceInALaterLineOfARunHaveEntriesWithoutAMessage) {
+    for (const char *lines :
+         {"    port_guids: 1\n    port_guids: 2 {\n", "    hosts: \"a\"\n    hosts: \"b{\"\n"}) {
+        const std::string run =
+            std::string("msg {\n  type: BEGIN_JOB\n  begin_job {\n") + lines + "  }\n}\n}\n";
+        expect_entries(run + repeat(40, end_job), 1, 41);
+    }
+    const std::string bytes = "msg {\n  type: JOB_DATA\n  job_data {\n    conns {\n"
+                              "      qp_child_idxs: 1\n      qp_child_idxs: 2 {\n"
+                              "    }\n  }\n}\n}\n";
+    expect_entries(bytes + repeat(40, end_job), 1, 41);
+}
+
 } // namespace
 } // namespace kvt_test
