@@ -63,6 +63,8 @@ template <typename Source, auto levels> struct Routines {
 private:
     static constexpr const Codec &codec() { return CodecOf<Type>::codec; }
 
+    using UnrolledLevels = std::make_index_sequence<(unrolls ? levels.size() : 0)>;
+
     /// Calls a step with the level as a constant, when it is one of those that are unrolled.
     template <typename Step> KVT_FOLDED static bool call_at(unsigned level, const Step &step) {
         return [&]<size_t... i>(std::index_sequence<i...> /*all*/) KVT_FOLDED_LAMBDA {
@@ -70,7 +72,7 @@ private:
             ((called |= call_if<levels.at[i]>(level, step)), ...);
             return called;
         }
-        (std::make_index_sequence < unrolls ? levels.size() : 0 > {});
+        (UnrolledLevels{});
     }
 
     template <unsigned known, typename Step>
