@@ -59,7 +59,8 @@ constexpr HostileText all[] = {
     {"texts joined", BEGIN_JOB, "    hosts: \"node\"\n", ""},
     {"numbers without indentation", BEGIN_JOB, "port_guids: 1\n", ""},
     {"numbers that do not scan", BEGIN_JOB, "    port_guids: x\n", ""},
-    // The blank keeps the first ones out of the canonical form, too, or they would be cheaper than the
+    // The blank keeps the first ones out of the canonical form, too, or they would be cheaper than
+    // the
     // rest.
     {"bytes beyond their places", JOB_DATA "    conns {\n", "      qp_child_idxs: 1 \n", ""},
     {"arrays that replace each other", BEGIN_JOB, "    port_guids: 1\n    x: 1\n", ""},
