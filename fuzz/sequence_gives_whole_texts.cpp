@@ -30,7 +30,7 @@ void check_text(const char *text, uint32_t value) {
     const size_t size = std::strlen(text) + 1;
     expect(knows_blocks() ? block_size(text) == size : block_size(text) >= size,
            "a text has a block of its size");
-    expect(std::string_view(text).starts_with(kvt_str::codec_of(*kind).head),
+    expect(std::string_view(text).starts_with(kvt_str::message_codec_of(*kind).head),
            "a text begins as the writer begins it");
     expect(std::string_view(text).ends_with("  }\n}\n"), "a text ends as the writer ends it");
 

@@ -40,7 +40,8 @@ std::string random_lies(Random &random) {
     for (int tries = 0; tries < 4 && !has_elements_that_own_memory(*kind->record); ++tries) {
         kind = &random_kind(random);
     }
-    return lie(std::string(kvt_str::codec_of(*kind).head) + "  }\n}\n", *kind->record, random);
+    return lie(std::string(kvt_str::message_codec_of(*kind).head) + "  }\n}\n", *kind->record,
+               random);
 }
 
 /// A message as the writer writes it.
@@ -55,7 +56,7 @@ std::string with_kind(const std::string &text, const MessageKind &kind) {
     const size_t first = text.find('\n');
     const size_t second = first == std::string::npos ? first : text.find('\n', first + 1);
     const size_t third = second == std::string::npos ? second : text.find('\n', second + 1);
-    return std::string(kvt_str::codec_of(kind).head) +
+    return std::string(kvt_str::message_codec_of(kind).head) +
            (third == std::string::npos ? "" : text.substr(third + 1));
 }
 

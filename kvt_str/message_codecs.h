@@ -29,7 +29,7 @@ inline const MessageCodec *find_message_codec(int32_t msg_type) {
 }
 
 /// Of a kind that carries a record.
-inline const MessageCodec &codec_of(const MessageKind &kind) {
+inline const MessageCodec &message_codec_of(const MessageKind &kind) {
     return message_codecs[kind.value - 1];
 }
 

@@ -83,6 +83,7 @@ KVT_WRAPPING bool MessageSequence::read(const char *begin, uint32_t length) {
         const auto remaining = length - static_cast<uint32_t>(closing - begin);
         at = next_message(closing, remaining);
     } while (at != nullptr && begins_message(at));
+    // Canonical messages are one envelope each, by their braces.
     const size_t envelopes = input.canonical
                                  ? count_ + count_envelopes(input.text, next_line(closing))
                                  : count_envelopes(input.text, begin);

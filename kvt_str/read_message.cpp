@@ -77,7 +77,7 @@ const char *read_message(Input &input, const char *at, const MessageReader &read
     const char *lines;
     kind = find_canonical_kind(input.text, at);
     if (kind != nullptr) {
-        lines = at + codec_of(*kind).head.size();
+        lines = at + message_codec_of(*kind).head.size();
     } else {
         input.canonical = false;
         const char *type_line = next_line(at);
@@ -87,7 +87,7 @@ const char *read_message(Input &input, const char *at, const MessageReader &read
         }
         lines = after_newline(next_line(type_line));
     }
-    const MessageCodec &codec = codec_of(*kind);
+    const MessageCodec &codec = message_codec_of(*kind);
     *record = std::calloc(1, codec.record->size);
     if (*record == nullptr) {
         log(error_level, reader.name, codec.*reader.no_memory_text);

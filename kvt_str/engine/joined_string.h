@@ -51,14 +51,14 @@ struct JoinedString {
     /// Appends a value, not empty, and a comma, as far as there is room. False when there is no
     /// memory.
     KVT_FOLDED bool append(std::string_view value) {
-        const size_t reckoned = room.reckoned;
+        const size_t reckoned = room.reckoned; // grows with every value that is appended
         *this = text == nullptr ? begun(value) : appended(*this, value);
         return room.reckoned != reckoned;
     }
 
     /// The last comma gives way to the NUL, so that the length becomes that of the string with its
     /// NUL. A string that was cut loses its last character in place of the comma.
-    KVT_FOLDED void end() {
+    KVT_FOLDED void finish() {
         if (text != nullptr) {
             text[room.length - 1] = '\0';
         }

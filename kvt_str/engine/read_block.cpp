@@ -47,10 +47,10 @@ const char *BlockReader::read_general_real(const Row &row, const char *at) {
 
 const char *BlockReader::read_lines(const char *at, bool first) {
     for (;; first = false) {
-        if (!is_traced) {
+        if (!is_listened_to) {
             const char *start = at;
             for (const Row &row : codec.rows) {
-                at = read_row(*this, row, at, Form::canonical);
+                at = read_row(*this, row, at, Offer::in_order);
             }
             first = first && at == start;
             if (const char *end = after_closing_line(at); end != nullptr) {
@@ -67,7 +67,7 @@ const char *BlockReader::read_lines(const char *at, bool first) {
         // The first line is tried as a key before it is tested for the end; all others after.
         const Row *row = line.closes && !first ? nullptr : find_row(at);
         if (row != nullptr) {
-            at = read_row(*this, *row, at, Form::general);
+            at = read_row(*this, *row, at, Offer::by_key);
         } else if (line.closes) {
             at = line.next;
             break;
@@ -75,7 +75,7 @@ const char *BlockReader::read_lines(const char *at, bool first) {
             if (codec.reading == Reading::cleared_and_traced) {
                 trace(codec.reader, codec.mismatch, at);
             }
-            at = line.opens ? text.find_block_end(at) : line.next;
+            at = line.opens ? input.after_skipped_block(at) : line.next;
         }
     }
     settle_counts(*this);

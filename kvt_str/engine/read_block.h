@@ -11,9 +11,9 @@
 namespace kvt_str {
 
 /// How a line is offered to the step of a row (read_row.h).
-enum class Form : uint8_t {
-    canonical, ///< it may be one of the row in canonical form: if not, the step takes nothing
-    general,   ///< it has the row's key: the step takes it, whatever its form
+enum class Offer : uint8_t {
+    in_order, ///< the row is next: the step takes the line if it is a canonical one of the row
+    by_key,   ///< the line has the row's key: the step takes it, whatever its form
 };
 
 /// What reads one block, and what it has read so far.
@@ -23,9 +23,9 @@ public:
     const Text text; ///< the input's, to be looked at: a copy, which stays in registers
     const Codec &codec;
     void *const record;
-    const unsigned level; ///< of the block
-    const bool is_traced; ///< traces are listened to: then no line counts as canonical, since only
-                          ///< the general form is traced
+    const unsigned level;      ///< of the block
+    const bool is_listened_to; ///< traces are listened to: then no line counts as canonical, since
+                               ///< only the general form is traced
 
     struct {
         TrueCounts true_counts;
@@ -34,7 +34,7 @@ public:
 
     KVT_FOLDED BlockReader(Input &from, const Codec &how, void *into, unsigned block_level)
         : input(from), text(from.text), codec(how), record(into), level(block_level),
-          is_traced(listens(trace_level)) {}
+          is_listened_to(listens(trace_level)) {}
 
     /// Reads the lines from `at` to the closing line. `first` tells that the one at `at` is the
     /// first after the opening line. Never fails: unknown lines and blocks are skipped, a value
@@ -52,7 +52,7 @@ public:
 
     /// The value of a line that begins as a canonical one of the row; null for any other line.
     KVT_FOLDED const char *canonical_value(const Row &row, const char *at) const {
-        return is_traced ? nullptr : after_label(text, row.label, at, indent_of(line_level()));
+        return is_listened_to ? nullptr : after_label(text, row.label, at, indent_of(line_level()));
     }
 
     KVT_FOLDED PlainNumber canonical_number(const Row &row, const char *at) const {

@@ -1,6 +1,6 @@
 // Reads the lines of one row, a step for each kind of row.
 //
-// A step is offered the line at `at` in one of two forms (Form, read_block.h) and returns the
+// A step is offered the line at `at` in one of two ways (Offer, read_block.h) and returns the
 // position after what it took: `at` when that is nothing. A step that takes several lines reads
 // each in its own form. Such a run ends at the first line that does not have the row's key; a brace
 // in a line of it ends nothing.
@@ -9,6 +9,7 @@
 // when compiling, it folds into straight code (unrolled.h).
 #pragma once
 
+#include <cstdlib>
 #include <cstring>
 
 #include "engine/growing_array.h"
@@ -22,8 +23,9 @@ namespace kvt_str {
 
 // --- One line ------------------------------------------------------------------------------------
 
-KVT_FOLDED const char *read_number(BlockReader &block, const Row &row, const char *at, Form form) {
-    if (form == Form::general) {
+KVT_FOLDED const char *read_number(BlockReader &block, const Row &row, const char *at,
+                                   Offer offer) {
+    if (offer == Offer::by_key) {
         return block.read_general_number(row, at);
     }
     const PlainNumber line = block.canonical_number(row, at);
@@ -34,8 +36,8 @@ KVT_FOLDED const char *read_number(BlockReader &block, const Row &row, const cha
     return line.next;
 }
 
-KVT_FOLDED const char *read_real(BlockReader &block, const Row &row, const char *at, Form form) {
-    if (form == Form::general) {
+KVT_FOLDED const char *read_real(BlockReader &block, const Row &row, const char *at, Offer offer) {
+    if (offer == Offer::by_key) {
         return block.read_general_real(row, at);
     }
     const char *digits = block.canonical_value(row, at);
@@ -48,9 +50,9 @@ KVT_FOLDED const char *read_real(BlockReader &block, const Row &row, const char 
 }
 
 KVT_FOLDED const char *_kvt_txt_unpack_primarray_char(BlockReader &block, const Row &row,
-                                                      const char *at, Form form) {
+                                                      const char *at, Offer offer) {
     char *member = member_of(row, block.record);
-    if (form == Form::general) {
+    if (offer == Offer::by_key) {
         return read_general_text(block.input, row, at, member);
     }
     const QuotedLine line = block.canonical_quoted(row, at, longest_text_value);
@@ -65,23 +67,24 @@ KVT_FOLDED const char *_kvt_txt_unpack_primarray_char(BlockReader &block, const 
 
 // --- Several lines -------------------------------------------------------------------------------
 
-/// Stores an array or a run that was read, and frees what an earlier one of the row had. `lies` are
-/// the lying counts from before the run.
+/// Stores an array or a run that was read, and frees what an earlier one of the row had.
+/// `first_lie` is where the lying counts of its elements begin.
 KVT_FOLDED void replace_array(BlockReader &block, const Row &row, const GrowingArray &array,
-                              size_t lies) {
+                              size_t first_lie) {
     char *member = member_of(row, block.record);
     if (void *earlier = load<void *>(member); earlier != nullptr) { // rarely: saves the call
         release_array(row, earlier, block.progress.true_counts.of(row), block.input.lying_counts);
     }
     store(member, array.block);
     store_count(row, block.record, array.count);
-    block.progress.true_counts.of(row) = {array.count, lies};
+    block.progress.true_counts.of(row) = {array.count, first_lie};
 }
 
 template <typename Number>
-KVT_FOLDED const char *read_numbers(BlockReader &block, const Row &row, const char *at, Form form) {
+KVT_FOLDED const char *read_numbers(BlockReader &block, const Row &row, const char *at,
+                                    Offer offer) {
     PlainNumber line = block.canonical_number(row, at);
-    if (line.next == nullptr && form == Form::canonical) {
+    if (line.next == nullptr && offer == Offer::in_order) {
         return at;
     }
     GrowingArray array{sizeof(Number)};
@@ -104,12 +107,12 @@ KVT_FOLDED const char *read_numbers(BlockReader &block, const Row &row, const ch
         if (element != nullptr) {
             store(element, value);
             ++array.count;
-            if (block.is_traced) {
+            if (block.is_listened_to) {
                 trace_element(row, array.count, value);
             }
         }
     }
-    if (block.is_traced) {
+    if (block.is_listened_to) {
         // An array without elements has no first one to show: 0 stands for it.
         trace_end_of_array(row, array.count, array.count != 0 ? load<Number>(array.block) : 0);
     }
@@ -118,25 +121,25 @@ KVT_FOLDED const char *read_numbers(BlockReader &block, const Row &row, const ch
 }
 
 KVT_FOLDED const char *_kvt_txt_unpack_primptr_uint16_t(BlockReader &block, const Row &row,
-                                                        const char *at, Form form) {
-    return read_numbers<uint16_t>(block, row, at, form);
+                                                        const char *at, Offer offer) {
+    return read_numbers<uint16_t>(block, row, at, offer);
 }
 
 KVT_FOLDED const char *_kvt_txt_unpack_primptr_uint32_t(BlockReader &block, const Row &row,
-                                                        const char *at, Form form) {
-    return read_numbers<uint32_t>(block, row, at, form);
+                                                        const char *at, Offer offer) {
+    return read_numbers<uint32_t>(block, row, at, offer);
 }
 
 KVT_FOLDED const char *_kvt_txt_unpack_primptr_uint64_t(BlockReader &block, const Row &row,
-                                                        const char *at, Form form) {
-    return read_numbers<uint64_t>(block, row, at, form);
+                                                        const char *at, Offer offer) {
+    return read_numbers<uint64_t>(block, row, at, offer);
 }
 
 /// A line that does not scan stores 0. Further lines than the array has bytes are skipped.
 KVT_FOLDED const char *_kvt_txt_unpack_primarray_uint8_t(BlockReader &block, const Row &row,
-                                                         const char *at, Form form) {
+                                                         const char *at, Offer offer) {
     PlainNumber line = block.canonical_number(row, at);
-    if (line.next == nullptr && form == Form::canonical) {
+    if (line.next == nullptr && offer == Offer::in_order) {
         return at;
     }
     char *member = member_of(row, block.record);
@@ -158,12 +161,12 @@ KVT_FOLDED const char *_kvt_txt_unpack_primarray_uint8_t(BlockReader &block, con
         if (taken < row.capacity) {
             store(member + taken, static_cast<uint8_t>(value));
             ++taken;
-            if (block.is_traced) {
+            if (block.is_listened_to) {
                 trace_byte(static_cast<uint8_t>(value));
             }
         }
     }
-    if (block.is_traced && taken < row.capacity) {
+    if (block.is_listened_to && taken < row.capacity) {
         trace_end_of_bytes(row, skip_blanks(at));
     }
     return at;
@@ -171,7 +174,7 @@ KVT_FOLDED const char *_kvt_txt_unpack_primarray_uint8_t(BlockReader &block, con
 
 /// Stores a joined string and its size with its NUL, and frees an earlier one.
 KVT_FOLDED void replace_text(BlockReader &block, const Row &row, JoinedString &joined) {
-    joined.end();
+    joined.finish();
     char *member = member_of(row, block.record);
     if (void *earlier = load<void *>(member); earlier != nullptr) { // rarely: saves the call
         std::free(earlier);
@@ -181,9 +184,9 @@ KVT_FOLDED void replace_text(BlockReader &block, const Row &row, JoinedString &j
 }
 
 KVT_FOLDED const char *_kvt_txt_unpack_primptr_char(BlockReader &block, const Row &row,
-                                                    const char *at, Form form) {
+                                                    const char *at, Offer offer) {
     QuotedLine line = block.canonical_quoted(row, at, longest_joined_value);
-    if (line.next == nullptr && form == Form::canonical) {
+    if (line.next == nullptr && offer == Offer::in_order) {
         return at;
     }
     JoinedString joined;
@@ -201,7 +204,7 @@ KVT_FOLDED const char *_kvt_txt_unpack_primptr_char(BlockReader &block, const Ro
             const bool joins = joined.append(line.value);
             buffered = joins ? std::string_view() : line.value;
             count += joins ? 1 : 0;
-            if (block.is_traced && joins) {
+            if (block.is_listened_to && joins) {
                 trace_joined_value(joined.text);
             }
         }
@@ -211,7 +214,7 @@ KVT_FOLDED const char *_kvt_txt_unpack_primptr_char(BlockReader &block, const Ro
         }
         line = block.canonical_quoted(row, at, longest_joined_value);
     }
-    if (block.is_traced) {
+    if (block.is_listened_to) {
         trace_end_of_joined(count, joined.text);
     }
     replace_text(block, row, joined);
@@ -220,9 +223,9 @@ KVT_FOLDED const char *_kvt_txt_unpack_primptr_char(BlockReader &block, const Ro
 
 // --- Blocks --------------------------------------------------------------------------------------
 
-KVT_FOLDED const char *read_block(BlockReader &block, const Row &row, const char *at, Form form) {
-    const char *lines = form == Form::canonical ? block.canonical_value(row, at)
-                                                : block.input.after_general_line(at);
+KVT_FOLDED const char *read_block(BlockReader &block, const Row &row, const char *at, Offer offer) {
+    const char *lines = offer == Offer::in_order ? block.canonical_value(row, at)
+                                                 : block.input.after_general_line(at);
     if (lines == nullptr) {
         return at;
     }
@@ -236,7 +239,8 @@ KVT_FOLDED const char *read_block(BlockReader &block, const Row &row, const char
     return element.unpack(block.input, lines, member, block.line_level());
 }
 
-/// Reads blocks into the places that `next_place` gives, and skips one when that is null.
+/// Reads blocks into the places that `next_place` gives, and skips one when that is null. The first
+/// line is looked at a second time: the compiler makes one look of both.
 template <typename NextPlace>
 KVT_FOLDED const char *read_elements(BlockReader &block, const Row &row, const char *at,
                                      const NextPlace &next_place) {
@@ -257,24 +261,24 @@ KVT_FOLDED const char *read_elements(BlockReader &block, const Row &row, const c
 }
 
 /// Reads blocks into new elements on the heap, which replace those of an earlier run.
-KVT_FOLDED const char *read_run(BlockReader &block, const Row &row, const char *at, Form form) {
-    if (form == Form::canonical && block.canonical_value(row, at) == nullptr) {
+KVT_FOLDED const char *read_run(BlockReader &block, const Row &row, const char *at, Offer offer) {
+    if (offer == Offer::in_order && block.canonical_value(row, at) == nullptr) {
         return at;
     }
     GrowingArray array{block.codec.element_of(row).size};
-    const size_t lies = block.input.lying_counts.size();
+    const size_t first_lie = block.input.lying_counts.size();
     at = read_elements(block, row, at, [&]() KVT_FOLDED_LAMBDA {
         char *place = array.next();
         array.count += place != nullptr;
         return place;
     });
-    replace_array(block, row, array, lies);
+    replace_array(block, row, array, first_lie);
     return at;
 }
 
 /// Reads blocks into the elements within the record, from the first on; further ones are skipped.
-KVT_FOLDED const char *read_slots(BlockReader &block, const Row &row, const char *at, Form form) {
-    if (form == Form::canonical && block.canonical_value(row, at) == nullptr) {
+KVT_FOLDED const char *read_slots(BlockReader &block, const Row &row, const char *at, Offer offer) {
+    if (offer == Offer::in_order && block.canonical_value(row, at) == nullptr) {
         return at;
     }
     char *slots = member_of(row, block.record);
@@ -289,34 +293,34 @@ KVT_FOLDED const char *read_slots(BlockReader &block, const Row &row, const char
 
 // --- Any row -------------------------------------------------------------------------------------
 
-KVT_FOLDED const char *read_row(BlockReader &block, const Row &row, const char *at, Form form) {
+KVT_FOLDED const char *read_row(BlockReader &block, const Row &row, const char *at, Offer offer) {
     switch (row.kind) {
     case RowKind::number8:
     case RowKind::number16:
     case RowKind::number32:
     case RowKind::number64:
     case RowKind::signed32:
-        return read_number(block, row, at, form);
+        return read_number(block, row, at, offer);
     case RowKind::real:
-        return read_real(block, row, at, form);
+        return read_real(block, row, at, offer);
     case RowKind::text:
-        return _kvt_txt_unpack_primarray_char(block, row, at, form);
+        return _kvt_txt_unpack_primarray_char(block, row, at, offer);
     case RowKind::joined_text:
-        return _kvt_txt_unpack_primptr_char(block, row, at, form);
+        return _kvt_txt_unpack_primptr_char(block, row, at, offer);
     case RowKind::array16:
-        return _kvt_txt_unpack_primptr_uint16_t(block, row, at, form);
+        return _kvt_txt_unpack_primptr_uint16_t(block, row, at, offer);
     case RowKind::array32:
-        return _kvt_txt_unpack_primptr_uint32_t(block, row, at, form);
+        return _kvt_txt_unpack_primptr_uint32_t(block, row, at, offer);
     case RowKind::array64:
-        return _kvt_txt_unpack_primptr_uint64_t(block, row, at, form);
+        return _kvt_txt_unpack_primptr_uint64_t(block, row, at, offer);
     case RowKind::bytes:
-        return _kvt_txt_unpack_primarray_uint8_t(block, row, at, form);
+        return _kvt_txt_unpack_primarray_uint8_t(block, row, at, offer);
     case RowKind::block:
-        return read_block(block, row, at, form);
+        return read_block(block, row, at, offer);
     case RowKind::run:
-        return read_run(block, row, at, form);
+        return read_run(block, row, at, offer);
     case RowKind::slots:
-        return read_slots(block, row, at, form);
+        return read_slots(block, row, at, offer);
     }
     return at; // not reached: each kind has its case
 }

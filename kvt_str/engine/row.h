@@ -106,7 +106,7 @@ struct Record {
     const char *reader; ///< name of the reader, as in the traces
     Rows rows;
     uint32_t size;     ///< of the C type, in bytes
-    bool has_pointers; ///< the member of a row is a pointer to the heap
+    bool has_pointers; ///< a member is a pointer to the heap; those of records in it do not count
     Reading reading;
 };
 

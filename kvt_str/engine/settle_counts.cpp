@@ -7,6 +7,8 @@
 
 namespace kvt_str {
 
+namespace {
+
 void make_count_agree(const Row &row, void *record, uint64_t elements) {
     char *member = member_of(row, record);
     const uint64_t count = load_count(row, record);
@@ -22,8 +24,6 @@ void make_count_agree(const Row &row, void *record, uint64_t elements) {
         }
     }
 }
-
-namespace {
 
 void remember_count(const Row &row, Input &input, void *record, uint64_t elements) {
     if (load_count(row, record) != elements && elements != 0 && owns_memory(*row.element) &&

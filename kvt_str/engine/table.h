@@ -244,7 +244,7 @@ template <typename Source> struct Finished {
 #ifdef KVT_TABLES_ALONE
 #define KVT_CODEC(type, pack_routine, unpack_routine, how, levels, ...)
 #else
-#define KVT_CODEC(type, pack_routine, unpack_routine, how, levels, ...)                                 \
+#define KVT_CODEC(type, pack_routine, unpack_routine, how, levels, ...)                            \
     namespace {                                                                                    \
     struct type##_codec {                                                                          \
         using Type = ::type;                                                                       \
@@ -274,7 +274,7 @@ template <typename Source> struct Finished {
 #define DEFINE_RECORD(type, pack_routine, unpack_routine, how, levels, ...)                        \
     KVT_ROWS(type, __VA_ARGS__)                                                                    \
     KVT_TABLE(type, unpack_routine, how)                                                           \
-    KVT_CODEC(type, pack_routine, unpack_routine, how, levels, __VA_ARGS__)                             \
+    KVT_CODEC(type, pack_routine, unpack_routine, how, levels, __VA_ARGS__)                        \
     static_assert(true)
 // clang-format on
 

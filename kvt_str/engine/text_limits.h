@@ -5,11 +5,10 @@
 
 namespace kvt_str {
 
-/// No longer values are taken into a character array; every array is shorter.
+/// A character array takes so many characters of a value at most. No array has room for more.
 inline constexpr size_t longest_text_value = 199;
 
-/// What a value of a joined text shares with its comma and NUL in the 300 characters that the
-/// format gives it.
+/// The format gives a value of a joined text 300 characters, with its comma and NUL.
 inline constexpr size_t longest_joined_value = 298;
 
 } // namespace kvt_str

@@ -16,7 +16,7 @@ namespace kvt_str {
 
 /// The levels that a record's steps are unrolled for.
 template <size_t count> struct Levels {
-    unsigned at[count + 1];
+    unsigned at[count + 1]; // an array cannot be empty
 
     static constexpr size_t size() { return count; }
 };
@@ -101,14 +101,14 @@ private:
         clear_record(codec(), record);
         BlockReader block(input, codec(), record, level);
         const char *start = at;
-        if (!block.is_traced) {
-            ((at = read_row(block, row<i>, at, Form::canonical)), ...);
+        if (!block.is_listened_to) {
+            ((at = read_row(block, row<i>, at, Offer::in_order)), ...);
             const char *end = block.after_closing_line(at);
             if (end != nullptr && (count_is_true(block, row<i>) & ...) != 0) {
                 return end;
             }
         }
-        // Another one goes on, so that this one stays in registers.
+        // A second reader reads the rest: then the compiler keeps the first one in registers.
         BlockReader rest(input, codec(), record, level);
         if constexpr ((makes_progress(row<i>) || ...)) {
             rest.progress = block.progress;

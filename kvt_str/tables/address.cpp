@@ -4,7 +4,7 @@
 namespace kvt_str {
 
 // clang-format off
-// The InfiniBand address records, used with the layout that the verbs headers give them. Numbers are
+// The InfiniBand address records, with the layout that the verbs headers give them. Numbers are
 // written and read as they lie in memory, without a change of byte order. Their readers trace
 // nothing, and do not clear: a second block of the same name goes on where the first one ended.
 DEFINE_RECORD(ibv_gid,

@@ -313,7 +313,7 @@ TEST(CharacterArrays, AnotherKeyClearsThemAndStaysWhereItIs) {
     const auto text = exact_copy("name: \"a\"\n");
     Input input{Text(text.get()), Counts::as_read};
     BlockReader block(input, CodecOf<test_everything>::codec, everything, 1);
-    EXPECT_EQ(_kvt_txt_unpack_primarray_char(block, *row, text.get(), Form::general), text.get());
+    EXPECT_EQ(_kvt_txt_unpack_primarray_char(block, *row, text.get(), Offer::by_key), text.get());
     EXPECT_EQ(std::string(everything->text, sizeof everything->text), std::string(64, '\0'));
     EXPECT_EQ(log.texts(), (std::vector<std::string>{
                                "_kvt_txt_unpack_primarray_char strncmp ret not 0, key[text] "

@@ -68,7 +68,7 @@ std::string check_text(const char *text, const MessageKind &kind) {
     if (watched_size(text) != view.size() + 1) {
         return "a text has a block of its size";
     }
-    if (!view.starts_with(kvt_str::codec_of(kind).head) || !view.ends_with("  }\n}\n")) {
+    if (!view.starts_with(kvt_str::message_codec_of(kind).head) || !view.ends_with("  }\n}\n")) {
         return "a text is a whole message of its kind";
     }
     void *record = nullptr;
