@@ -31,20 +31,14 @@ struct Input {
     Text text;
     Counts counts;
     LyingCounts lying_counts = {}; ///< of the elements read so far
-    /// All lines so far had the canonical form, and all blocks were read. So no quoted text had a
-    /// brace, and the braces open and close just the blocks that were read.
+    /// All lines so far had the canonical form. So no quoted text had a brace, and every block was
+    /// read: after one that is skipped, the next line begins after its blanks and is none.
     bool canonical = true;
 
     /// The position after the line at `at`, which is read in its general form.
     const char *after_general_line(const char *at) {
         canonical = false;
         return text.after_line(at);
-    }
-
-    /// The position after the block whose opening line is at `at`, which is not read.
-    const char *after_skipped_block(const char *at) {
-        canonical = false;
-        return text.find_block_end(at);
     }
 };
 

@@ -75,7 +75,7 @@ const char *BlockReader::read_lines(const char *at, bool first) {
             if (codec.reading == Reading::cleared_and_traced) {
                 trace(codec.reader, codec.mismatch, at);
             }
-            at = line.opens ? input.after_skipped_block(at) : line.next;
+            at = line.opens ? text.find_block_end(at) : line.next;
         }
     }
     settle_counts(*this);

@@ -1,10 +1,10 @@
 // Reads one line of a row, in either of two forms.
 //
-// The canonical form is that of nearly all lines of the writer: the indentation of the level and the
-// row's label, to the letter, a plain value, a newline. It is compared in a few words, and inlined.
-// Such a line belongs to the row: no earlier key is a prefix of its key, and a longer key cannot
-// match, since keys hold neither colons nor blanks. It holds no brace, but for the line that opens a
-// block. Negative numbers, long floats and texts with a brace are left to the general form.
+// The canonical form is that of nearly all lines of the writer: the indentation of the level and
+// the row's label, to the letter, a plain value, a newline. It is compared in a few words, and
+// inlined. Such a line belongs to the row: no earlier key is a prefix of its key, and a longer key
+// cannot match, since keys hold neither colons nor blanks. It holds no brace, but for the line that
+// opens a block. Negative numbers, long floats and texts with a brace are left to the general form.
 //
 // The general form is all else that begins with the row's key, after any blanks. It is read as the
 // C library's scan conversions do, is traced, and is a call.
