@@ -247,6 +247,8 @@ TEST(JoinedStrings, TraceAValueThatCouldNotBeAddedUntilAnotherIs) {
     EXPECT_TRUE(log.texts()[0].ends_with("value[abc]\n")) << log.texts()[0];
     EXPECT_TRUE(log.texts()[1].ends_with("dst_ptr[d,], value[]\n")) << log.texts()[1];
     EXPECT_TRUE(log.texts()[2].ends_with("value[]\n")) << log.texts()[2];
+    // Only the value that was added counts.
+    EXPECT_TRUE(log.texts()[3].ends_with("num_lements[0x1], array[0][0x64]\n")) << log.texts()[3];
 }
 
 TEST(JoinedStrings, AreNullWithoutAValue) {
