@@ -488,6 +488,26 @@ TEST(Runs, CountsThatLieAreMadeTrueWhereThereIsNoMemoryForOneMore) {
     EXPECT_EQ(watch.alive(), 0U);
 }
 
+// Nothing is released then: all elements that were read stay.
+TEST(Runs, ASmallerCountIsMadeTrueWhereThereIsNoMemoryForTheTruth) {
+    MemoryWatch watch;
+    size_t made_true = 0;
+    bool failed = true;
+    for (size_t failing = 1; failed; ++failing) {
+        watch.fail(failing);
+        ReadBlock<test_tree> read("  groups {\n" + entries(1, 2) +
+                                  "    x: 1\n    num_entries: 1\n  }\n");
+        failed = watch.failed() != 0;
+        made_true += failed && read->groups_num == 1 && read->groups[0].num_entries == 2;
+        // So that they can be released with the record.
+        if (read->groups_num == 1) {
+            read->groups[0].num_entries = read->groups[0].entries != nullptr ? 2 : 0;
+        }
+    }
+    EXPECT_EQ(made_true, 1U);
+    EXPECT_EQ(watch.alive(), 0U);
+}
+
 TEST(Runs, CountsCanBeMadeToAgreeAtEveryDepth) {
     const MemoryWatch watch;
     {
