@@ -247,6 +247,8 @@ TEST(JoinedStrings, TraceAValueThatCouldNotBeAddedUntilAnotherIs) {
     EXPECT_TRUE(log.texts()[0].ends_with("value[abc]\n")) << log.texts()[0];
     EXPECT_TRUE(log.texts()[1].ends_with("dst_ptr[d,], value[]\n")) << log.texts()[1];
     EXPECT_TRUE(log.texts()[2].ends_with("value[]\n")) << log.texts()[2];
+    // Only the value that was added counts.
+    EXPECT_TRUE(log.texts()[3].ends_with("num_lements[0x1], array[0][0x64]\n")) << log.texts()[3];
 }
 
 TEST(JoinedStrings, AreNullWithoutAValue) {
@@ -480,6 +482,26 @@ TEST(Runs, CountsThatLieAreMadeTrueWhereThereIsNoMemoryForOneMore) {
         // So that they can be released with the record.
         for (size_t i = 0; i < read->groups_num; ++i) {
             read->groups[i].num_entries = read->groups[i].entries != nullptr ? 1 : 0;
+        }
+    }
+    EXPECT_EQ(made_true, 1U);
+    EXPECT_EQ(watch.alive(), 0U);
+}
+
+// Nothing is released then: all elements that were read stay.
+TEST(Runs, ASmallerCountIsMadeTrueWhereThereIsNoMemoryForTheTruth) {
+    MemoryWatch watch;
+    size_t made_true = 0;
+    bool failed = true;
+    for (size_t failing = 1; failed; ++failing) {
+        watch.fail(failing);
+        ReadBlock<test_tree> read("  groups {\n" + entries(1, 2) +
+                                  "    x: 1\n    num_entries: 1\n  }\n");
+        failed = watch.failed() != 0;
+        made_true += failed && read->groups_num == 1 && read->groups[0].num_entries == 2;
+        // So that they can be released with the record.
+        if (read->groups_num == 1) {
+            read->groups[0].num_entries = read->groups[0].entries != nullptr ? 2 : 0;
         }
     }
     EXPECT_EQ(made_true, 1U);

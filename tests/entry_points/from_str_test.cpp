@@ -1,6 +1,7 @@
 // kvt_msg_from_str.
 #include <gtest/gtest.h>
 
+#include "kvt/messages/events.h"
 #include "kvt/messages/job_control.h"
 #include "message_kinds.h"
 #include "support/exact_copy.h"
@@ -188,6 +189,16 @@ TEST(FromStr, OnlyTheFirstLineOfABlockIsReadWhenItAlsoHoldsItsEnd) {
     EXPECT_EQ(job_id_of("    reservation_id: 1 }\n    job_id: 5\n"), 5U);
     EXPECT_EQ(job_id_of("    } job_id: 1\n    job_id: 5\n"), 0U);
     EXPECT_EQ(job_id_of("    unknown { }\n    job_id: 5\n"), 0U);
+}
+
+TEST(FromStr, BlankLinesMayStandBetweenTheBlocksOfARun) {
+    const std::string event = "    vemra_events {\n      event_type: 7\n    }\n";
+    const ReadMessage<vemra_event_list> list(
+        VEMRA_MSG_TYPE_EVENTS_REPLY,
+        message_text("EVENTS_REPLY", "  event_list {\n" + event + " \n\n" + event + "  }\n"));
+    ASSERT_EQ(list->num_event, 2U);
+    EXPECT_EQ(list->events[0].event_type, 7U);
+    EXPECT_EQ(list->events[1].event_type, 7U);
 }
 
 TEST(FromStr, UnknownLinesAndBlocksAreSkippedWithATrace) {
