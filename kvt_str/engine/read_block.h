@@ -20,7 +20,8 @@ enum class Offer : uint8_t {
 class BlockReader {
 public:
     Input &input;
-    const Text text; ///< the input's, to be looked at: a copy, which stays in registers
+    const Text text; ///< a copy of the input's, which stays in registers where only folded steps
+                     ///< look at it
     const Codec &codec;
     void *const record;
     const unsigned level;      ///< of the block

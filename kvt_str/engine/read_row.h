@@ -256,7 +256,7 @@ KVT_FOLDED const char *read_elements(BlockReader &block, const Row &row, const c
         }
         char *place = next_place();
         at = place != nullptr ? element.unpack(block.input, lines, place, block.line_level())
-                              : block.text.find_block_end(at);
+                              : block.input.text.find_block_end(at);
     }
 }
 
