@@ -58,7 +58,7 @@ struct JoinedString {
 
     /// The last comma gives way to the NUL, so that the length becomes that of the string with its
     /// NUL. A string that was cut loses its last character in place of the comma.
-    KVT_FOLDED void finish() {
+    KVT_FOLDED void finish() const {
         if (text != nullptr) {
             text[room.length - 1] = '\0';
         }

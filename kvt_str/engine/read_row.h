@@ -284,7 +284,7 @@ KVT_FOLDED const char *read_slots(BlockReader &block, const Row &row, const char
     char *slots = member_of(row, block.record);
     unsigned in_use = 0;
     at = read_elements(block, row, at, [&]() KVT_FOLDED_LAMBDA {
-        return in_use < row.capacity ? slots + in_use++ * block.codec.element_of(row).size
+        return in_use < row.capacity ? slots + size_t{in_use++} * block.codec.element_of(row).size
                                      : nullptr;
     });
     store_count(row, block.record, in_use);

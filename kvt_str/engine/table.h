@@ -230,7 +230,7 @@ template <typename Source> struct Finished {
         .rows = Finished<tables_of::type>::rows,                                                   \
         .size = sizeof(type),                                                                      \
         .has_pointers = has_pointers<tables_of::type>(),                                           \
-        .reading = how,                                                                            \
+        .reading = (how),                                                                          \
     }
 
 #ifdef KVT_CODECS_ALONE

@@ -30,8 +30,9 @@ struct Excerpt {
     char text[51] = {};
 
     explicit Excerpt(std::string_view from) {
+        const char *characters = from.data();
         for (size_t i = 0; i < from.size() && i < sizeof text - 1; ++i) {
-            text[i] = from.data()[i];
+            text[i] = characters[i];
         }
     }
 };
