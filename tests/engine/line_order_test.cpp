@@ -42,7 +42,7 @@ std::vector<std::string> parts_of(const std::vector<std::string> &lines) {
 }
 
 /// A block's text with its parts the other way round. Between them stands a line that no record
-/// knows, since a longer key directly behind a run would be taken for one more element of it.
+/// knows, since a longer key directly after a run would be taken for one more element of it.
 std::string reversed(const std::string &block) {
     std::vector<std::string> lines;
     for (size_t start = 0; start < block.size();) {

@@ -40,15 +40,15 @@ struct Way {
 Reading read(const Record &table, const char *text, const Way &way) {
     LogCapture capture(way.traced ? 6 : 0);
     Reading reading{std::calloc(1, table.size), 0, {}};
-    const char *behind = nullptr;
+    const char *after = nullptr;
     if (way.literally) {
-        behind = literal_read(table, text, reading.record, way.counts);
+        after = literal_read(table, text, reading.record, way.counts);
     } else {
         Input input{Text(text), way.counts};
-        behind = codec_of(table).unpack(input, after_newline(text), reading.record, 1);
-        behind = skip_blanks(behind);
+        after = codec_of(table).unpack(input, after_newline(text), reading.record, 1);
+        after = skip_blanks(after);
     }
-    reading.stops_at = behind - text;
+    reading.stops_at = after - text;
     reading.log = capture.take();
     return reading;
 }
@@ -152,9 +152,9 @@ TEST(AgainstTheLiteralForm, RandomRecordsSurviveWritingAndReading) {
             const auto text = exact_copy(literal_write(*table, record.get(), "some_block", 1));
             OwnedRecord again(*table);
             Input input{Text(text.get()), Counts::as_read};
-            const char *behind =
+            const char *after =
                 codec_of(*table).unpack(input, after_newline(text.get()), again.get(), 1);
-            ASSERT_EQ(*behind, '\0');
+            ASSERT_EQ(*after, '\0');
             ASSERT_EQ(first_difference(*table, record.get(), again.get()), "")
                 << table->name << "\n"
                 << text.get();

@@ -76,7 +76,7 @@ TEST(NumberArrays, HoldEveryElementAtTheEdgesOfTheirGrowth) {
 
 TEST(NumberArrays, DropTheElementWhoseGrowthFailsAndGoOn) {
     MemoryWatch watch;
-    watch.fail(2); // behind the record and the first block
+    watch.fail(2); // after the record and the first block
     ReadBlock<test_everything> read(lines_of("guids", 1, 8));
     ASSERT_EQ(read->num_guids, 7U);
     EXPECT_EQ(read->guids[4], 5U);

@@ -194,7 +194,7 @@ std::string job_data(const std::string &lines) {
 /// The two blocks that every written message has.
 const std::string no_options = "    qpc_opts {\n    }\n    sat_qpc_opts {\n    }\n";
 
-/// What every written tree has behind its first lines, and every connection.
+/// What every written tree has after its first lines, and every connection.
 const std::string no_mgid_no_quota = "      mgid {\n      }\n      quota {\n      }\n";
 const std::string no_paths = "      pr_sd_to_an {\n        dgid {\n        }\n        sgid {\n"
                              "        }\n      }\n"
@@ -476,7 +476,7 @@ const std::string node_reader = "_kvt_txt_unpack_msg_vemra_tree_an";
 const std::string text_reader = "_kvt_txt_unpack_primarray_char";
 const std::string byte_reader = "_kvt_txt_unpack_primarray_uint8_t";
 
-/// What a reader traces, behind its name.
+/// What a reader traces, after its name.
 LogLine traced(const std::string &reader, const std::string &text) {
     return {reader, 6, reader + " " + text + "\n"};
 }

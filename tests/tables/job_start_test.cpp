@@ -222,7 +222,7 @@ const std::string quota_reader = "_kvt_txt_unpack_msg_vemra_quota";
 const std::string guid_reader = "_kvt_txt_unpack_primptr_uint64_t";
 const std::string text_reader = "_kvt_txt_unpack_primptr_char";
 
-/// What a reader traces, behind its name.
+/// What a reader traces, after its name.
 LogLine traced(const std::string &reader, const std::string &text) {
     return {reader, 6, reader + " " + text + "\n"};
 }
