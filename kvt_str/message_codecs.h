@@ -25,7 +25,7 @@ extern const MessageCodec message_codecs[message_codec_count];
 /// The codec of a value; null for one that is no kind with a record.
 inline const MessageCodec *find_message_codec(int32_t msg_type) {
     const bool carries_a_record = msg_type > VEMRA_MSG_TYPE_NONE && msg_type < VEMRA_MSG_TYPE_LAST;
-    return carries_a_record ? &message_codecs[msg_type - 1] : nullptr;
+    return carries_a_record ? &message_codecs[static_cast<uint32_t>(msg_type) - 1] : nullptr;
 }
 
 /// Of a kind that carries a record.

@@ -64,8 +64,9 @@ uint32_t measure_message(int32_t msg_type, const void *msg) {
         const bool known = msg_type == VEMRA_MSG_TYPE_NONE || msg_type == VEMRA_MSG_TYPE_LAST;
         return known ? size_without_record : 0;
     }
+    const uint64_t head = codec->head.size();
     const uint64_t block = codec->record->measure(msg, message_level);
-    const uint64_t size = codec->head.size() + block + sizeof envelope_closing;
+    const uint64_t size = head + block + sizeof envelope_closing;
     return size <= UINT32_MAX ? static_cast<uint32_t>(size) : 0;
 }
 
