@@ -4,7 +4,7 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
-#include "fields.h"
+#include "model/fields.h"
 
 namespace kvt_bench {
 

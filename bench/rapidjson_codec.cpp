@@ -10,7 +10,7 @@
 #include <cstring>
 #include <vector>
 
-#include "fields.h"
+#include "model/fields.h"
 
 namespace kvt_bench {
 

@@ -2,7 +2,7 @@
 
 #include <simdjson.h>
 
-#include "fields.h"
+#include "model/fields.h"
 #include "rapidjson_codec.h"
 
 // This file is compiled twice, each time with a name for what makes the codec.

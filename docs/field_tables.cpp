@@ -4,9 +4,9 @@
 #include <string_view>
 #include <vector>
 
-#include "describe.h"
-#include "fields.h"
 #include "message_kinds.h"
+#include "model/describe.h"
+#include "model/fields.h"
 
 namespace {
 

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "describe.h"
 #include "kvt/messages/message_type.h"
+#include "model/describe.h"
 
 namespace kvt_tool {
 namespace {

@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "align_messages.h"
-#include "diff_messages.h"
-#include "diff_text.h"
+#include "diff/align_messages.h"
+#include "diff/diff_messages.h"
+#include "diff/diff_text.h"
 #include "support/messages.h"
 #include "support/random_records.h"
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "diff_records.h"
+#include "diff/diff_records.h"
 #include "engine/element_size.h"
 #include "engine/member.h"
 #include "support/messages.h"

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "diff_records.h"
-#include "diff_text.h"
+#include "diff/diff_records.h"
+#include "diff/diff_text.h"
 #include "support/messages.h"
 #include "tables/records.h"
 

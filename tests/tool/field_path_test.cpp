@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "field_path.h"
-#include "nearest_key.h"
+#include "model/field_path.h"
+#include "model/nearest_key.h"
 #include "support/messages.h"
 #include "support/random_records.h"
 #include "tables/records.h"

@@ -4,11 +4,11 @@
 #include <cstring>
 #include <string>
 
-#include "fields.h"
 #include "kvt/messages/groups.h"
 #include "kvt/messages/job_data.h"
 #include "kvt/messages/reservations.h"
 #include "kvt/messages/topology.h"
+#include "model/fields.h"
 #include "tables/records.h"
 
 namespace kvt_tool {

@@ -8,13 +8,13 @@
 #include <string>
 #include <vector>
 
-#include "generate.h"
 #include "kvt/messages/job_data.h"
 #include "kvt/messages/message_type.h"
 #include "kvt/messages/reservations.h"
 #include "kvt/messages/resource_data.h"
 #include "message_kinds.h"
 #include "samples.h"
+#include "samples/generate.h"
 
 namespace kvt_tool {
 namespace {

@@ -9,8 +9,6 @@
 #include <tuple>
 #include <vector>
 
-#include "fields.h"
-#include "generate.h"
 #include "kvt/kvt_str.h"
 #include "kvt/messages/events.h"
 #include "kvt/messages/job_control.h"
@@ -19,7 +17,9 @@
 #include "kvt/messages/message_type.h"
 #include "kvt/messages/resource_data.h"
 #include "kvt/messages/topology.h"
+#include "model/fields.h"
 #include "samples.h"
+#include "samples/generate.h"
 #include "support/messages.h"
 
 namespace kvt_tool {

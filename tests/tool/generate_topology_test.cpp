@@ -6,11 +6,11 @@
 #include <string>
 #include <vector>
 
-#include "generate.h"
 #include "kvt/messages/message_type.h"
 #include "kvt/messages/topology.h"
 #include "message_kinds.h"
 #include "samples.h"
+#include "samples/generate.h"
 
 namespace kvt_tool {
 namespace {

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "graph.h"
+#include "graph/graph.h"
 #include "kvt/messages/message_type.h"
 #include "support/messages.h"
 

@@ -5,7 +5,7 @@
 #include <memory>
 #include <random>
 
-#include "graph_kinds.h"
+#include "graph/kinds.h"
 #include "graph_messages.h"
 
 namespace kvt_tool {

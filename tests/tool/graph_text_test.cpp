@@ -1,7 +1,7 @@
 // Texts within DOT: whatever a name holds, it is shown and harms nothing.
 #include <gtest/gtest.h>
 
-#include "graph_text.h"
+#include "graph/text.h"
 
 namespace kvt_tool {
 namespace {

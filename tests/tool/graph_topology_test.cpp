@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <cstring>
 
-#include "graph_kinds.h"
-#include "graph_levels.h"
+#include "graph/kinds.h"
+#include "graph/levels.h"
 #include "graph_messages.h"
 
 namespace kvt_tool {

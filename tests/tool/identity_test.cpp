@@ -4,7 +4,7 @@
 #include <span>
 #include <string>
 
-#include "identity.h"
+#include "model/identity.h"
 #include "tables/records.h"
 
 namespace kvt_tool {

@@ -4,16 +4,16 @@
 #include <cstring>
 #include <string>
 
-#include "from_json.h"
-#include "json_stream.h"
 #include "kvt/kvt_str.h"
 #include "kvt/messages/groups.h"
 #include "kvt/messages/job_data.h"
 #include "kvt/messages/job_start.h"
+#include "model/write_text.h"
 #include "support/random_records.h"
 #include "temporary_file.h"
-#include "to_json.h"
-#include "write_text.h"
+#include "json/from_json.h"
+#include "json/json_stream.h"
+#include "json/to_json.h"
 
 namespace kvt_tool {
 namespace {

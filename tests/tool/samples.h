@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <vector>
 
-#include "generate.h"
 #include "message_kinds.h"
+#include "samples/generate.h"
 
 namespace kvt_tool {
 

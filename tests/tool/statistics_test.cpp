@@ -7,13 +7,13 @@
 #include <random>
 #include <vector>
 
-#include "fields.h"
-#include "generate.h"
 #include "kvt/messages/groups.h"
 #include "kvt/messages/job_control.h"
 #include "kvt/messages/message_type.h"
 #include "kvt/messages/topology.h"
-#include "statistics.h"
+#include "model/fields.h"
+#include "model/statistics.h"
+#include "samples/generate.h"
 
 namespace kvt_tool {
 namespace {

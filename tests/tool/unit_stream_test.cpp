@@ -1,5 +1,5 @@
 // How an input is divided, whatever its size.
-#include "unit_stream.h"
+#include "io/unit_stream.h"
 
 #include <gtest/gtest.h>
 

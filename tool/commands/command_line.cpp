@@ -1,0 +1,71 @@
+#include "commands/command_line.h"
+
+#include <unistd.h>
+
+#include <charconv>
+#include <cstdint>
+#include <cstdlib>
+#include <string_view>
+#include <system_error>
+#include <thread>
+
+#include "model/describe.h"
+
+namespace kvt_tool {
+
+std::function<ExitStatus()> chosen;
+
+bool is_terminal_for_colours(int file) {
+    const char *no_colour = std::getenv("NO_COLOR");
+    const char *terminal = std::getenv("TERM");
+    return isatty(file) == 1 && (no_colour == nullptr || *no_colour == '\0') &&
+           (terminal == nullptr || std::string_view(terminal) != "dumb");
+}
+
+CLI::App *add_command(CLI::App &app, const std::string &name, const std::string &what,
+                      const std::string &footer) {
+    CLI::App *command = app.add_subcommand(name, what);
+    command->footer(footer);
+    return command;
+}
+
+void take_inputs(CLI::App *command, CommonOptions &options) {
+    command->add_option("FILE", options.inputs, "Files to read; standard input when none, or for -")
+        ->type_name("");
+}
+
+void take_threads(CLI::App *command, CommonOptions &options) {
+    command
+        ->add_option_function<unsigned>(
+            "-j,--jobs",
+            [&](unsigned jobs) {
+                options.threads = jobs != 0 ? jobs : std::thread::hardware_concurrency();
+            },
+            "How many messages are worked on at once; 0 for one a processor. The order of what\n"
+            "is printed is that of the inputs in any case")
+        ->type_name("N")
+        ->check(CLI::Range(0U, 1024U).description(""));
+}
+
+const CLI::Validator whole_number(
+    [](std::string &word) {
+        uint64_t number = 0;
+        const char *end = word.data() + word.size();
+        const auto [after, error] = std::from_chars(word.data(), end, number);
+        return after == end && error == std::errc() ? std::string()
+                                                    : word + " is no whole number of 64 bits";
+    },
+    "");
+
+const kvt_str::MessageKind *kind_option(const std::string &word) {
+    const kvt_str::MessageKind *kind = kind_of_word(word);
+    if (kind == nullptr) {
+        throw CLI::ValidationError("KIND: " + unknown_kind(word));
+    }
+    if (kind->record == nullptr) {
+        throw CLI::ValidationError(std::string("KIND: ") + kind->name + " carries no record");
+    }
+    return kind;
+}
+
+} // namespace kvt_tool

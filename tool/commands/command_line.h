@@ -1,0 +1,44 @@
+// What the command lines of the commands have in common.
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "commands/commands.h"
+#include "io/input.h"
+#include "io/problems.h"
+#include "message_kinds.h"
+
+namespace kvt_tool {
+
+struct CommonOptions {
+    std::vector<std::string> inputs = {standard_input};
+    unsigned threads = 1;
+};
+
+/// The command that was chosen, which is run when the whole command line has been understood.
+extern std::function<ExitStatus()> chosen;
+
+/// Adds a command with what it does, in a line, and what its help says below its options.
+CLI::App *add_command(CLI::App &app, const std::string &name, const std::string &what,
+                      const std::string &footer);
+
+/// Takes the names of files.
+void take_inputs(CLI::App *command, CommonOptions &options);
+
+/// Takes --jobs.
+void take_threads(CLI::App *command, CommonOptions &options);
+
+/// A number of 64 bits. The command line's parser itself would take -1 for the greatest.
+extern const CLI::Validator whole_number;
+
+/// The kind that a word of the command line names, which carries a record. Throws a
+/// CLI::ValidationError for any other word.
+const kvt_str::MessageKind *kind_option(const std::string &word);
+
+/// Whether an open file is a terminal, and its user wants colours.
+bool is_terminal_for_colours(int file);
+
+} // namespace kvt_tool

@@ -1,0 +1,217 @@
+// kvt fmt: messages in normal form.
+#include <CLI/CLI.hpp>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "commands/command_line.h"
+#include "io/findings.h"
+#include "io/messages.h"
+#include "io/output.h"
+#include "io/pipeline.h"
+#include "io/problems.h"
+#include "model/write_text.h"
+
+namespace kvt_tool {
+
+namespace {
+
+struct FormatOptions {
+    enum class To {
+        standard_output,
+        their_files, ///< which are replaced
+        nowhere,     ///< the names of files that are not in normal form are printed
+    };
+
+    To to = To::standard_output;
+    bool lossy = false; ///< files are replaced also where something of them is lost
+    unsigned threads = 1;
+};
+
+/// The messages of some units in normal form.
+struct Formatted {
+    std::string text; ///< with an empty line after every message
+    std::vector<Finding> findings;
+    bool is_incomplete = false; ///< for want of memory
+    Likeness likeness = Likeness::same;
+};
+
+class FormatJob {
+public:
+    using Result = Formatted;
+    using To = FormatOptions::To;
+
+    explicit FormatJob(const FormatOptions &options) : options_(options) {}
+
+    static void work(const Unit &unit, Formatted &result) {
+        const size_t before = result.text.size();
+        bool written = true;
+        const bool read = read_messages(unit, [&](const ReadMessage &message) {
+            written = add_text(message.kind, message.record, result.text) && written;
+        });
+        const Likeness likeness =
+            compare({unit.text, unit.length}, std::string_view(result.text).substr(before));
+        result.likeness = followed_by(result.likeness, likeness);
+        // What is in normal form has lost nothing.
+        const bool found = likeness == Likeness::other &&
+                           find(unit, FindingKinds().set(), FindingForm::line, result.findings);
+        result.is_incomplete = result.is_incomplete || !written || (!read && !found);
+    }
+
+    void begin(const InputFile &input) {
+        findings_.begin();
+        likeness_ = Likeness::same;
+        is_empty_ = true;
+        status_ = all_well;
+        if (options_.to == To::their_files) {
+            begin_file(input);
+        }
+    }
+
+    void take(Formatted &&result) {
+        likeness_ = followed_by(likeness_, result.likeness);
+        is_empty_ = false;
+        const std::string findings = findings_.keep(result.findings);
+        if (!findings.empty()) {
+            say(findings);
+            status_ = worse(status_, found_problems);
+        }
+        if (result.is_incomplete) {
+            say("kvt: a message is left out: out of memory, or its text takes 4 GiB or more\n");
+            status_ = could_not_work;
+        }
+        put(result.text);
+    }
+
+    ExitStatus end(const std::string &input, bool whole) {
+        // An empty file is in normal form, too.
+        const bool is_normal = likeness_ == Likeness::ended || is_empty_;
+        if (options_.to == To::nowhere && whole && !is_normal) {
+            print(shown_name(input) + "\n");
+            status_ = worse(status_, found_problems);
+        }
+        if (file_ != nullptr && whole && !is_normal) {
+            replace(input);
+        }
+        file_.reset();
+        return status_;
+    }
+
+private:
+    void begin_file(const InputFile &input) {
+        is_separator_due_ = false;
+        if (!input.usable()) {
+            return;
+        }
+        try {
+            file_ =
+                std::make_unique<NewFile>(input.name(), NewFile::Existing::replace, input.state());
+        } catch (const OutputError &error) {
+            fail_file(error);
+        }
+    }
+
+    void fail_file(const OutputError &error) {
+        file_.reset();
+        status_ = cannot_use(error.name, error.reason);
+    }
+
+    /// Puts out texts with an empty line after each; that of the last one waits for the next.
+    void put(std::string_view texts) {
+        if (texts.empty() || options_.to == To::nowhere) {
+            return;
+        }
+        texts.remove_suffix(1);
+        if (options_.to == To::standard_output) {
+            print(is_separator_due_ ? "\n" : "");
+            print(texts);
+        } else if (file_ != nullptr) {
+            try {
+                file_->write(is_separator_due_ ? "\n" : "");
+                file_->write(texts);
+            } catch (const OutputError &error) {
+                fail_file(error);
+            }
+        }
+        is_separator_due_ = true;
+    }
+
+    void replace(const std::string &input) {
+        if (status_ == could_not_work || (status_ != all_well && !options_.lossy)) {
+            cannot_use(input, "left as it is, for what is said above");
+            return;
+        }
+        try {
+            file_->commit();
+        } catch (const OutputError &error) {
+            fail_file(error);
+        }
+    }
+
+    const FormatOptions &options_;
+    FindingsOfInput findings_;
+    ExitStatus status_ = all_well;
+    Likeness likeness_ = Likeness::same;
+    bool is_empty_ = true;
+    bool is_separator_due_ = false;
+    std::unique_ptr<NewFile> file_;
+};
+
+/// Formats the messages of all inputs, with an empty line between messages.
+ExitStatus format_messages(const std::vector<std::string> &inputs, const FormatOptions &options) {
+    Progress progress(inputs);
+    FormatJob job(options);
+    const ExitStatus status = Pipeline(job, options.threads, progress).run(inputs);
+    finish_printing();
+    return status;
+}
+
+} // namespace
+
+void add_fmt(CLI::App &app) {
+    static CommonOptions common;
+    static FormatOptions options;
+    static bool verbose = false;
+    CLI::App *command = add_command(
+        app, "fmt", "Print messages in their normal form.",
+        "In normal form lines stand in the format's order, indented by two blanks a level, and\n"
+        "fields that are 0 are left out. Lines that the format does not know have no normal form:\n"
+        "what is lost is said on standard error, as \"kvt check\" says it, and with -i a file "
+        "that\n"
+        "would lose something is left as it is.\n\n"
+        "Exit status: 0 all is well, 1 something would be lost, or with --check a file is not in\n"
+        "normal form, 2 a file cannot be read or written.\n\n"
+        "Example: kvt fmt -i job.kvt events.kvt");
+    take_inputs(command, common);
+    auto *in_place = command->add_flag_callback(
+        "-i,--in-place", [] { options.to = FormatOptions::To::their_files; },
+        "Put the files themselves in normal form, each as a whole or not at all");
+    command
+        ->add_flag_callback(
+            "--check", [] { options.to = FormatOptions::To::nowhere; },
+            "Only print the names of files that are not in normal form")
+        ->excludes(in_place);
+    command->add_flag("--lossy", options.lossy, "With -i, change also files that lose something")
+        ->needs(in_place);
+    command->add_flag("-v,--verbose", verbose,
+                      "Show the codec's traces on standard error: fields read, lines skipped");
+    take_threads(command, common);
+    command->callback([] {
+        const bool reads_standard_input =
+            std::ranges::find(common.inputs, standard_input) != common.inputs.end();
+        if (options.to == FormatOptions::To::their_files && reads_standard_input) {
+            throw CLI::ValidationError("-i takes names of files, and no standard input");
+        }
+        chosen = [] {
+            if (verbose) {
+                log_cb = kvt_log_to_stderr;
+                log_level = 6;
+            }
+            return format_messages(common.inputs, options);
+        };
+    });
+}
+
+} // namespace kvt_tool

@@ -1,0 +1,182 @@
+#include "io/findings.h"
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+#include <string_view>
+
+#include "text/text.h"
+
+namespace kvt_tool {
+
+namespace {
+
+/// Characters of a line that are shown, at most, and those before the place.
+constexpr size_t widest = 100;
+constexpr size_t before_place = 60;
+
+/// Findings of one message that are kept. With more, nobody looks for the last ones, and they would
+/// take far more memory than the message.
+constexpr size_t most_findings = 100000;
+
+bool continues_character(char byte) {
+    return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
+}
+
+/// A part of a line as a terminal can show it: a dot for what it could take for a command.
+std::string printable(std::string_view part) {
+    std::string shown(part);
+    for (char &byte : shown) {
+        const auto value = static_cast<unsigned char>(byte);
+        if ((value < ' ' && byte != '\t') || value == 0x7F) {
+            byte = '.';
+        }
+    }
+    return shown;
+}
+
+/// What stands under a part of a line so that the next column is the same: tabs, and a blank for
+/// each other character.
+std::string underneath(std::string_view part, char mark) {
+    std::string blanks;
+    for (const char byte : part) {
+        if (!continues_character(byte)) {
+            blanks += byte == '\t' ? '\t' : mark;
+        }
+    }
+    return blanks;
+}
+
+struct Colours {
+    const char *place, *name, *mark, *off;
+};
+
+constexpr Colours no_colours = {"", "", "", ""};
+constexpr Colours terminal_colours = {"\033[1m", "\033[1;31m", "\033[1;32m", "\033[0m"};
+
+/// One check: where its findings go and in what form.
+struct Check {
+    const Unit &unit;
+    const char *text; ///< the unit's without the blanks before it
+    uint64_t first_line;
+    const FindingKinds &wanted;
+    FindingForm form;
+    std::vector<Finding> &findings;
+    size_t count = 0;
+
+    static int add(const kvt_finding *finding, void *user) {
+        auto &check = *static_cast<Check *>(user);
+        if (check.wanted[finding->kind] && ++check.count <= most_findings) {
+            check.findings.push_back({finding->kind, check.form == FindingForm::json
+                                                         ? check.as_json(*finding)
+                                                         : check.as_words(*finding)});
+        }
+        return 0;
+    }
+
+    /// Stands for the findings that are not kept.
+    Finding rest() const {
+        const size_t hidden = count - most_findings;
+        const std::string words = std::to_string(hidden) + " findings more before the next message";
+        const nlohmann::ordered_json object = {{"file", unit.input},
+                                               {"line", first_line},
+                                               {"name", "more-findings"},
+                                               {"message", words}};
+        return {
+            KVT_FINDING_KINDS,
+            form == FindingForm::json
+                ? object.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace) +
+                      "\n"
+                : unit.input + ":" + std::to_string(first_line) + ": " + words + "\n",
+            hidden};
+    }
+
+    uint64_t line_of(const kvt_finding &finding) const { return first_line + finding.line - 1; }
+
+    std::string_view line_at(const kvt_finding &finding) const {
+        return {text + finding.line_offset, finding.line_length};
+    }
+
+    std::string as_words(const kvt_finding &finding) const {
+        const Colours &colours = form == FindingForm::coloured ? terminal_colours : no_colours;
+        std::string words = colours.place + unit.input + ":" + std::to_string(line_of(finding)) +
+                            ":" + std::to_string(finding.column) + ": " + colours.off +
+                            colours.name + finding.name + colours.off + ": " + finding.message +
+                            "\n";
+        return form == FindingForm::line ? words : words + marked_line(finding, colours);
+    }
+
+    std::string marked_line(const kvt_finding &finding, const Colours &colours) const {
+        const std::string_view line = line_at(finding);
+        const size_t place = std::min(finding.column - 1, line.size());
+        size_t from = place > before_place && line.size() > widest ? place - before_place : 0;
+        while (from > 0 && continues_character(line[from])) {
+            --from;
+        }
+        const std::string_view shown = line.substr(from, widest);
+        const std::string_view before = line.substr(from, place - from);
+        const std::string_view marked =
+            line.substr(place, std::min(finding.length, from + shown.size() - place));
+        const std::string number = std::to_string(line_of(finding));
+        const std::string margin = "  " + std::string(number.size(), ' ') + " | ";
+        std::string underline = underneath(marked, '~');
+        underline = "^" + (underline.empty() ? "" : underline.substr(1));
+        const char *cut_before = from > 0 ? "..." : "";
+        const char *cut_after = from + shown.size() < line.size() ? "..." : "";
+        return "  " + number + " | " + cut_before + printable(shown) + cut_after + "\n" + margin +
+               (from > 0 ? "   " : "") + underneath(before, ' ') + colours.mark + underline +
+               colours.off + "\n";
+    }
+
+    std::string as_json(const kvt_finding &finding) const {
+        nlohmann::ordered_json object = {
+            {"file", unit.input},
+            {"line", line_of(finding)},
+            {"column", finding.column},
+            {"offset", unit.offset + static_cast<size_t>(text - unit.text) + finding.offset},
+            {"length", finding.length},
+            {"name", finding.name},
+            {"message", finding.message},
+            {"path", finding.path},
+            {"text", line_at(finding)},
+        };
+        if (finding.nearest != nullptr) {
+            object["nearest"] = finding.nearest;
+        }
+        return object.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
+    }
+};
+
+} // namespace
+
+size_t find(const Unit &unit, const FindingKinds &wanted, FindingForm form,
+            std::vector<Finding> &findings) {
+    const char *text = kvt_str::skip_blanks(unit.text);
+    const auto before = static_cast<size_t>(text - unit.text);
+    if (before == unit.length) {
+        return 0;
+    }
+    const auto lines_before = static_cast<uint64_t>(std::count(unit.text, text, '\n'));
+    Check check{unit, text, unit.first_line + lines_before, wanted, form, findings};
+    kvt_check(text, unit.length - before, Check::add, &check);
+    if (check.count > most_findings) {
+        findings.push_back(check.rest());
+    }
+    return check.count;
+}
+
+std::string FindingsOfInput::keep(const std::vector<Finding> &findings) {
+    std::string kept;
+    for (const Finding &finding : findings) {
+        if (finding.kind == KVT_FINDING_CARRIAGE_RETURN) {
+            if (has_carriage_return_) {
+                continue;
+            }
+            has_carriage_return_ = true;
+        }
+        count_ += finding.count;
+        kept += finding.text;
+    }
+    return kept;
+}
+
+} // namespace kvt_tool

@@ -1,0 +1,89 @@
+// Parts of an input that can be worked on by themselves.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "io/input.h"
+
+namespace kvt_tool {
+
+/// A part of an input. It begins where a message begins, or holds what stands outside of messages.
+/// As a rule it is one message with the empty lines after it.
+struct Unit {
+    const std::string &input; ///< its name, as it is shown
+    const char *text;         ///< ends with a NUL
+    size_t length;            ///< can be more than up to the first NUL
+    uint64_t first_line;      ///< of the input, counted from 1
+    uint64_t offset;          ///< in the input, in bytes
+    bool is_cut;              ///< only the beginning is kept of text outside of messages
+};
+
+/// Some units that follow each other.
+class UnitBatch {
+public:
+    /// Calls `work(const Unit &)` for each unit.
+    template <typename Work> void for_each(Work work) {
+        uint64_t line = first_line_;
+        size_t counted = 0;
+        for (const auto &[start, end] : parts_) {
+            line += count_lines(counted, start);
+            counted = start;
+            // The unit's text ends here for as long as it is looked at.
+            const char after = text_[end];
+            text_[end] = '\0';
+            work(Unit{*input_, text_.data() + start, end - start, line, offset_ + start, is_cut_});
+            text_[end] = after;
+        }
+    }
+
+    size_t size() const { return text_.size(); }
+
+private:
+    friend class UnitReader;
+
+    uint64_t count_lines(size_t from, size_t to) const;
+
+    std::shared_ptr<const std::string> input_;
+    std::string text_;
+    std::vector<std::pair<size_t, size_t>> parts_; ///< of the text: the begin and end of each unit
+    uint64_t first_line_ = 1;
+    uint64_t offset_ = 0;
+    bool is_cut_ = false;
+};
+
+/// What the streams of units have in common: the part of an input that has been read and not yet
+/// been handed out.
+class UnitReader {
+protected:
+    explicit UnitReader(InputFile &input);
+
+    bool usable() const { return input_.usable(); }
+
+    /// Reads a block more. False at the end, where `ended_` is set.
+    bool read_more();
+
+    /// Reads until there is a block, or all that is left.
+    void fill();
+
+    /// Hands out the first bytes, which hold these units.
+    std::unique_ptr<UnitBatch> take(size_t length, std::vector<std::pair<size_t, size_t>> parts,
+                                    bool is_cut = false);
+
+    /// Forgets the first bytes.
+    void drop(size_t length);
+
+    std::string pending_;
+    bool ended_ = false;
+
+private:
+    InputFile &input_;
+    std::shared_ptr<const std::string> name_;
+    uint64_t line_ = 1;
+    uint64_t offset_ = 0;
+};
+
+} // namespace kvt_tool

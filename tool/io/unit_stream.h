@@ -1,0 +1,51 @@
+// Divides texts into their messages, so that memory is bounded by the largest message, not by the
+// input.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "io/unit.h"
+
+namespace kvt_tool {
+
+/// The units of an input.
+///
+/// A unit ends where a line begins with "msg {" without indentation: the next message begins there,
+/// even if the one before is not closed. Where no such line comes within `long_unit` bytes, it ends
+/// after the line that closes the message, by its braces. Text outside of messages ends at "msg {"
+/// with any indentation, and is dropped, but for its beginning, where it is longer than that.
+class UnitStream : UnitReader {
+public:
+    static constexpr size_t long_unit = 1 << 20;
+
+    explicit UnitStream(InputFile &input) : UnitReader(input) {}
+
+    /// The next units, about a megabyte of them or a single larger one; null at the end.
+    std::unique_ptr<UnitBatch> next();
+
+private:
+    /// What is known of the unit that begins at `start`.
+    struct Scan {
+        size_t start = 0;
+        bool is_message = false; ///< it begins with "msg {"
+        size_t searched =
+            0;              ///< no message begins between `start` and here; the search goes on here
+        size_t counted = 0; ///< up to here braces are counted, whole lines
+        int64_t depth = 0;
+        bool opened = false;
+    };
+
+    size_t find_opening(size_t word) const;
+    void begin_unit(size_t start);
+    bool find_next_beginning(size_t &beginning);
+    bool find_closing_line(size_t limit, size_t &end);
+    bool find_end(size_t &end);
+    std::unique_ptr<UnitBatch> take_units(const std::vector<size_t> &starts, size_t length);
+    std::unique_ptr<UnitBatch> take_cut();
+
+    Scan scan_;
+};
+
+} // namespace kvt_tool

@@ -1,0 +1,153 @@
+#include "json/to_json.h"
+
+#include <charconv>
+#include <cmath>
+#include <string>
+
+#include "model/value_text.h"
+
+namespace kvt_tool {
+
+using namespace kvt_str;
+
+namespace {
+
+Json record_to_json(const Record &table, const void *record, const JsonForm &form);
+
+std::string hexadecimal(uint64_t value, size_t digits) {
+    char characters[16];
+    char *end = std::to_chars(characters, characters + sizeof characters, value, 16).ptr;
+    const std::string shown(characters, end);
+    return std::string(digits - std::min(digits, shown.size()), '0') + shown;
+}
+
+Json number_to_json(const Row &row, uint64_t value, const JsonForm &form) {
+    if (is_signed(row)) {
+        return static_cast<int64_t>(value);
+    }
+    if (form.hexadecimal_guids && is_guid(row)) {
+        return "0x" + hexadecimal(value, 16);
+    }
+    // Programs that keep numbers as floats would lose digits beyond 53 bits.
+    return bits_of(row) < 64 || form.plain_numbers ? Json(value) : Json(std::to_string(value));
+}
+
+Json real_to_json(float value) {
+    if (std::isnan(value)) {
+        return std::signbit(value) ? "-NaN" : "NaN"; // the text form has both
+    }
+    if (std::isinf(value)) {
+        return value > 0 ? "Infinity" : "-Infinity";
+    }
+    // The shortest digits that tell the float, not those of the double next to it.
+    const std::string digits = exact_real(value);
+    double shortest = 0;
+    std::from_chars(digits.data(), digits.data() + digits.size(), shortest);
+    return shortest;
+}
+
+Json text_to_json(std::string_view text) {
+    if (is_utf8(text)) {
+        return text;
+    }
+    std::string digits;
+    for (const char byte : text) {
+        digits += hexadecimal(static_cast<unsigned char>(byte), 2);
+    }
+    return Json{{bytes_key, digits}};
+}
+
+Json list_to_json(const Row &row, const Elements &elements, const JsonForm &form) {
+    Json list = Json::array();
+    list.get_ref<Json::array_t &>().reserve(elements.count);
+    for (uint64_t i = 0; i < elements.count; ++i) {
+        list.push_back(row.element != nullptr ? record_to_json(*row.element, elements.at(i), form)
+                                              : number_to_json(row, number_at(elements, i), form));
+    }
+    return list;
+}
+
+/// True when a row says something that the others do not.
+bool is_told(const Record &table, const Row &row, const void *record) {
+    if (shape_of(row) != Shape::number) {
+        return true;
+    }
+    const Row *counted = counted_by(table, row);
+    const uint64_t value = number_of(row, record);
+    return counted != nullptr ? value != true_count(*counted, record)
+                              : value != 0 || row.has(always);
+}
+
+void add_row(const Record &table, const Row &row, const void *record, const JsonForm &form,
+             Json &object) {
+    if (!is_told(table, row, record)) {
+        return;
+    }
+    const std::string key(key_of(row));
+    switch (shape_of(row)) {
+    case Shape::number:
+        object[key] = number_to_json(row, number_of(row, record), form);
+        break;
+    case Shape::real:
+        if (real_of(row, record) != 0 || row.has(always)) {
+            object[key] = real_to_json(real_of(row, record));
+        }
+        break;
+    case Shape::text:
+        if (!text_of(row, record).empty()) {
+            object[key] = text_to_json(text_of(row, record));
+        }
+        break;
+    case Shape::block:
+        object[key] = record_to_json(*row.element, elements_of(row, record).first, form);
+        break;
+    case Shape::numbers:
+    case Shape::records:
+        if (elements_of(row, record).count != 0) {
+            object[key] = list_to_json(row, elements_of(row, record), form);
+        }
+        break;
+    }
+}
+
+Json record_to_json(const Record &table, const void *record, const JsonForm &form) {
+    Json object = Json::object();
+    for (const Row &row : table.rows) {
+        add_row(table, row, record, form, object);
+    }
+    return object;
+}
+
+} // namespace
+
+Json to_json(const MessageKind &kind, const void *record, const JsonForm &form) {
+    return {{"type", kind.name}, {kind.block, record_to_json(*kind.record, record, form)}};
+}
+
+bool is_utf8(std::string_view text) {
+    for (size_t i = 0; i < text.size();) {
+        const auto first = static_cast<unsigned char>(text[i]);
+        const size_t length = first < 0x80 ? 1 : first < 0xE0 ? 2 : first < 0xF0 ? 3 : 4;
+        if ((first >= 0x80 && first < 0xC2) || first > 0xF4 || text.size() - i < length) {
+            return false;
+        }
+        uint32_t character = length == 1 ? first : first & (0x7FU >> length);
+        for (size_t j = 1; j < length; ++j) {
+            const auto next = static_cast<unsigned char>(text[i + j]);
+            if ((next & 0xC0) != 0x80) {
+                return false;
+            }
+            character = character << 6 | (next & 0x3F);
+        }
+        const bool is_overlong =
+            (length == 3 && character < 0x800) || (length == 4 && character < 0x10000);
+        const bool is_surrogate = character >= 0xD800 && character < 0xE000;
+        if (is_overlong || is_surrogate || character > 0x10FFFF) {
+            return false;
+        }
+        i += length;
+    }
+    return true;
+}
+
+} // namespace kvt_tool

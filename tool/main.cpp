@@ -1,0 +1,81 @@
+// The kvt command: understands its command line, and runs the command that it names.
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <CLI/CLI.hpp>
+#include <cerrno>
+#include <cstring>
+#include <exception>
+#include <iostream>
+#include <new>
+#include <string>
+#include <vector>
+
+#include "commands/command_line.h"
+#include "commands/commands.h"
+#include "io/output.h"
+
+namespace {
+
+using namespace kvt_tool;
+
+ExitStatus run() {
+    try {
+        return chosen();
+    } catch (const OutputError &error) {
+        // Nobody reads any more: that is how a pipe into "head" ends, and no matter.
+        return error.reason.empty() ? could_not_work : cannot_use(error.name, error.reason);
+    } catch (const std::bad_alloc &) {
+        return cannot_use("memory", "there is not enough of it");
+    } catch (const std::exception &error) {
+        return cannot_use("internal error", error.what());
+    }
+}
+
+/// A file that is opened must not become standard output or standard error, where these are closed.
+void occupy_closed_streams() {
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (fcntl(stream, F_GETFD) < 0) {
+            // Standard input cannot be read then and standard output not written, which is said as
+            // for any other reason.
+            open("/dev/null", stream == STDOUT_FILENO ? O_RDONLY : O_WRONLY);
+        }
+    }
+}
+
+} // namespace
+
+int main(int argc, char **argv) {
+    occupy_closed_streams();
+    // The command line's parser would take a name in brackets for a list of names.
+    std::vector<std::string> words(argv, argv + argc);
+    for (std::string &word : words) {
+        if (word.starts_with('[') && word.ends_with(']')) {
+            word.insert(0, "./");
+        }
+    }
+    std::vector<const char *> arguments;
+    arguments.reserve(words.size());
+    for (const std::string &word : words) {
+        arguments.push_back(word.c_str());
+    }
+    CLI::App app("Works on messages in the text form of the kvt_str codec.", "kvt");
+    app.set_version_flag("--version", "kvt " KVT_VERSION);
+    app.require_subcommand(1);
+    app.footer("\"kvt COMMAND --help\" tells more, with an example.");
+    app.failure_message(CLI::FailureMessage::simple);
+    for (const auto add : {add_fmt, add_check, add_json, add_from_json, add_diff, add_graph,
+                           add_stat, add_split, add_show, add_describe, add_gen, add_kinds}) {
+        add(app);
+    }
+    try {
+        app.parse(argc, arguments.data());
+    } catch (const CLI::ParseError &error) {
+        const int wrong_usage = app.exit(error);
+        if (!std::cout.flush()) {
+            return cannot_use("standard output", std::strerror(errno));
+        }
+        return wrong_usage == 0 ? all_well : could_not_work;
+    }
+    return run();
+}

@@ -1,0 +1,55 @@
+// What the tables of the records say, for people.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "engine/row.h"
+#include "message_kinds.h"
+
+namespace kvt_tool {
+
+using kvt_str::MessageKind;
+using kvt_str::Record;
+using kvt_str::Row;
+
+/// All kinds, a line each: value, name and record.
+std::string list_kinds();
+
+/// All kinds: a line with value, name, block and record, and one with the purpose.
+std::string describe_kinds();
+
+/// A kind: its purpose, and every key of its block and of the blocks within it, in the order in
+/// which they are written, with value, default and when it is written. A block that comes
+/// again is shown once.
+std::string describe_kind(const MessageKind &kind);
+
+/// What a kind is for, in one line without a newline.
+std::string_view purpose_of(const MessageKind &kind);
+
+/// The kind of a name or of the name of a block, in upper or lower case; null for any other word.
+const MessageKind *kind_of_word(std::string_view word);
+
+/// The names of kinds that may be meant by a word, the nearest first: at most four, of those whose
+/// name or block is a few letters away or has the word in it.
+std::vector<std::string> nearest_kinds(std::string_view word);
+
+/// What is wrong with a word that names no kind, with those that may be meant.
+std::string unknown_kind(std::string_view word);
+
+// --- Facts of single rows, which the documentation shows too -------------------------------------
+
+/// How keys and records are named in a text.
+struct Notation {
+    std::string (*key)(std::string_view key);
+    std::string (*record)(const Record &record);
+};
+
+/// What stands after the key, and what ends or counts a list.
+std::string type_of(const Record &table, const Row &row, const Notation &notation);
+
+/// When the writer writes it.
+const char *written(const Row &row);
+
+} // namespace kvt_tool

@@ -1,0 +1,229 @@
+// Reads the text of a path, and says what is wrong with it.
+#include <charconv>
+#include <vector>
+
+#include "model/field_path.h"
+#include "model/nearest_key.h"
+
+namespace kvt_tool {
+
+namespace {
+
+bool is_key_character(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_';
+}
+
+std::string in_quotes(std::string_view text) {
+    return "\"" + std::string(text) + "\"";
+}
+
+std::string_view what_it_is(const Row &row) {
+    switch (shape_of(row)) {
+    case Shape::number:
+    case Shape::real:
+        return "a number";
+    case Shape::text:
+        return "a text";
+    case Shape::numbers:
+        return "a list of numbers";
+    case Shape::block:
+    case Shape::records:
+        break;
+    }
+    return "a block";
+}
+
+/// The way to a key further down, with dots between the keys; empty when it is nowhere.
+std::string path_below(const Record &table, std::string_view key) {
+    if (find_row(table, key) != nullptr) {
+        return std::string(key);
+    }
+    for (const Row &row : table.rows) {
+        const std::string below = row.element != nullptr ? path_below(*row.element, key) : "";
+        if (!below.empty()) {
+            return std::string(key_of(row)) + "." + below;
+        }
+    }
+    return {};
+}
+
+} // namespace
+
+class FieldPathParser {
+public:
+    explicit FieldPathParser(std::string_view text) : text_(text) {}
+
+    std::variant<FieldPath, std::string> parse();
+
+private:
+    using Mismatch = FieldPath::Mismatch;
+    using Reason = Mismatch::Reason;
+
+    bool take_step();
+    bool take_index(FieldPath::Step &step);
+    bool fail(std::string reason);
+
+    char next() const { return at_ < text_.size() ? text_[at_] : '\0'; }
+
+    bool applies_to_any_kind();
+    std::string explain(const std::vector<Mismatch> &furthest) const;
+    std::string suggestion(const std::vector<Mismatch> &furthest) const;
+    std::string_view text_before(const FieldPath::Step &step) const;
+
+    std::string_view text_;
+    size_t at_ = 0;
+    FieldPath path_;
+    std::string error_;
+};
+
+bool FieldPathParser::fail(std::string reason) {
+    error_ = "column " + std::to_string(at_ + 1) + ": " + std::move(reason);
+    return false;
+}
+
+bool FieldPathParser::take_index(FieldPath::Step &step) {
+    if (next() != '[') {
+        return true;
+    }
+    ++at_;
+    step.has_index = true;
+    if (next() == '*') {
+        ++at_;
+    } else {
+        const char *begin = text_.data() + at_;
+        uint64_t index = 0;
+        const auto [after, error] = std::from_chars(begin, text_.data() + text_.size(), index);
+        if (error == std::errc::result_out_of_range) {
+            return fail("this index is too large");
+        }
+        if (error != std::errc()) {
+            return fail("an index is a number, from 0 on, or *");
+        }
+        step.index = index;
+        at_ += static_cast<size_t>(after - begin);
+    }
+    if (next() != ']') {
+        return fail("\"]\" is missing");
+    }
+    ++at_;
+    return true;
+}
+
+bool FieldPathParser::take_step() {
+    const size_t begin = at_;
+    while (is_key_character(next())) {
+        ++at_;
+    }
+    if (at_ == begin) {
+        return fail("a key is missing");
+    }
+    FieldPath::Step step = {std::string(text_.substr(begin, at_ - begin)), begin, false, {}};
+    if (!take_index(step)) {
+        return false;
+    }
+    path_.steps_.push_back(std::move(step));
+    return true;
+}
+
+/// What stands before a key and its dot; empty for the first key.
+std::string_view FieldPathParser::text_before(const FieldPath::Step &step) const {
+    return text_.substr(0, step.offset == 0 ? 0 : step.offset - 1);
+}
+
+std::string FieldPathParser::suggestion(const std::vector<Mismatch> &furthest) const {
+    const FieldPath::Step &step = path_.steps_[furthest.front().step];
+    const std::string before(text_.substr(0, step.offset));
+    for (const Mismatch &mismatch : furthest) {
+        const std::string below =
+            mismatch.table != nullptr ? path_below(*mismatch.table, step.key) : "";
+        if (!below.empty()) {
+            return before + below;
+        }
+    }
+    std::vector<std::string_view> keys;
+    for (const Mismatch &mismatch : furthest) {
+        for (const Row &row :
+             mismatch.table != nullptr ? mismatch.table->rows : std::span<const Row>()) {
+            keys.push_back(key_of(row));
+        }
+    }
+    if (step.offset == 0) {
+        for (const MessageKind &kind : kvt_str::message_kinds()) {
+            keys.emplace_back(kind.block != nullptr ? kind.block : "");
+        }
+    }
+    const std::optional<std::string_view> key = nearest(step.key, keys);
+    return key.has_value() ? before + std::string(*key) : "";
+}
+
+/// `furthest` are the kinds that have most of the path; they lack the same step of it.
+std::string FieldPathParser::explain(const std::vector<Mismatch> &furthest) const {
+    const Mismatch &first = furthest.front();
+    const FieldPath::Step &step = path_.steps_[first.step];
+    if (first.reason == Reason::no_list) {
+        return in_quotes(step.key) + " is no list and takes no index";
+    }
+    if (first.reason == Reason::no_record) {
+        return in_quotes(step.key) + " is " + std::string(what_it_is(*first.row)) +
+               " and has no fields";
+    }
+    const std::string meant = suggestion(furthest);
+    return (step.offset == 0 ? "no message" : in_quotes(text_before(step))) + " has " +
+           (step.offset == 0 ? "a" : "no") + " field " + in_quotes(step.key) +
+           (meant.empty() ? "" : "; did you mean " + in_quotes(meant) + "?");
+}
+
+bool FieldPathParser::applies_to_any_kind() {
+    const auto rank = [](const Mismatch &mismatch) {
+        return 2 * mismatch.step + (mismatch.reason != Reason::no_such_key ? 1 : 0);
+    };
+    std::vector<Mismatch> furthest;
+    for (const MessageKind &kind : kvt_str::message_kinds()) {
+        const std::optional<Mismatch> mismatch = path_.find_mismatch(kind);
+        if (!mismatch.has_value()) {
+            return true;
+        }
+        if (!furthest.empty() && rank(*mismatch) > rank(furthest.front())) {
+            furthest.clear();
+        }
+        if (furthest.empty() || rank(*mismatch) == rank(furthest.front())) {
+            furthest.push_back(*mismatch);
+        }
+    }
+    const Mismatch &first = furthest.front();
+    const FieldPath::Step &step = path_.steps_[first.step];
+    switch (first.reason) {
+    case Reason::no_such_key:
+        at_ = step.offset;
+        break;
+    case Reason::no_list:
+        at_ = step.offset + step.key.size();
+        break;
+    case Reason::no_record:
+        at_ = path_.steps_[first.step + 1].offset;
+        break;
+    }
+    return fail(explain(furthest));
+}
+
+std::variant<FieldPath, std::string> FieldPathParser::parse() {
+    bool goes_on = take_step();
+    while (goes_on && at_ < text_.size()) {
+        if (next() != '.') {
+            fail(std::string("a key, an index or the end of the path should stand here"));
+            return error_;
+        }
+        ++at_;
+        goes_on = take_step();
+    }
+    if (!goes_on || !applies_to_any_kind()) {
+        return error_;
+    }
+    return path_;
+}
+
+std::variant<FieldPath, std::string> FieldPath::parse(std::string_view text) {
+    return FieldPathParser(text).parse();
+}
+
+} // namespace kvt_tool
