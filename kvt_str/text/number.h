@@ -66,19 +66,19 @@ PlainNumber read_plain_digits(const char *at, const char *end);
 /// The same for numbers that mostly have more than sixteen digits.
 PlainNumber read_plain_long_digits(const char *at, const char *end);
 
-/// How many digits a number of so many bytes often has at most.
-constexpr unsigned few_digits(unsigned width) {
+/// How many digits of a number are tried one by one, before many are read at once, by the width
+/// in bytes of the number that it is stored in.
+constexpr unsigned digits_tried_singly(unsigned width) {
     return width == 1 ? 3 : width == 8 ? 1 : 2;
 }
 
-/// The same by the width in bytes of the number that it is stored in, with a short way for few
-/// digits: the values of one field mostly have the same number of digits, so that the processor
-/// foretells the branches.
+/// The same for a number that is stored in so many bytes. It tries the first digits singly: the
+/// values of one field mostly have the same number of digits, so that the processor foretells the
+/// branches.
 template <unsigned width>
 KVT_FOLDED PlainNumber read_plain_number(const char *at, const char *end) {
-    constexpr unsigned few = few_digits(width);
     uint64_t value = 0;
-    for (unsigned i = 0; i < few && is_digit(at[i]); ++i) {
+    for (unsigned i = 0; i < digits_tried_singly(width) && is_digit(at[i]); ++i) {
         value = 10 * value + digit_value(at[i]);
         if (at[i + 1] == '\n') {
             return {at + i + 2, value};

@@ -217,22 +217,23 @@ TEST(RecordChecker, LooksIntoElementsOfElements) {
     EXPECT_EQ(tree.problem(), "test_tree.groups[1].entries[0].name: not the string's length");
 }
 
-// --- Counts as read
-// --------------------------------------------------------------------------------
+// --- Counts as read ------------------------------------------------------------------------------
 
 constexpr char lying_lines[] = "    shorts: 1\n    num_shorts: 9\n    entries {\n    }\n"
                                "    num_ids: 8\n    entries_len: 7\n";
 
 TEST(RecordChecker, TakesCountsAsReadThatTheTextSays) {
     Everything as_read(lying_lines, Counts::as_read);
-    const Everything agreeing(lying_lines);
+    Everything agreeing(lying_lines);
     EXPECT_EQ(as_read->num_shorts, 9U);
     EXPECT_EQ(as_read->num_ids, 8U);
     EXPECT_EQ(as_read->entries_len, 7U);
     EXPECT_EQ(as_read.problem_beside(agreeing), "");
     EXPECT_NE(as_read.problem(), "") << "its counts do not agree";
 
-    lower_counts(RecordOf<test_everything>::table, as_read.get(), agreeing.get());
+    as_read->num_shorts = agreeing->num_shorts; // it can be released now
+    as_read->num_ids = agreeing->num_ids;
+    as_read->entries_len = agreeing->entries_len;
     EXPECT_EQ(as_read.problem(), "");
 }
 

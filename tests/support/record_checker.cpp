@@ -256,24 +256,6 @@ void count_what_is_there(const Record &table, void *record) {
     }
 }
 
-void lower_counts(const Record &table, void *record, const void *agreeing) {
-    for (const Row &row : table.rows) {
-        if (row.kind == RowKind::block) {
-            lower_counts(*row.element, member_of(row, record), member_of(row, agreeing));
-        }
-        if (!row.counts_elements()) {
-            continue;
-        }
-        const uint64_t count = load_count(row, agreeing);
-        store_count(row, record, count);
-        for (uint64_t i = 0; row.kind == RowKind::run && i < count; ++i) {
-            const uint64_t offset = i * row.element->size;
-            lower_counts(*row.element, load<char *>(member_of(row, record)) + offset,
-                         load<const char *>(member_of(row, agreeing)) + offset);
-        }
-    }
-}
-
 #ifdef KVT_SANITIZER_KNOWS_BLOCKS
 
 size_t block_size(const void *block) {

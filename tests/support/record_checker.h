@@ -31,10 +31,6 @@ Verdict check_agreeing(const kvt_str::Record &table, const void *record, const c
 Verdict check_as_read(const kvt_str::Record &table, const void *record, const void *agreeing,
                       const char *text);
 
-/// Lowers the counts of a record that was read with Counts::as_read to those of `agreeing`, so that
-/// it can be released and written.
-void lower_counts(const kvt_str::Record &table, void *record, const void *agreeing);
-
 /// The same for one that was read with Counts::as_read while allocations failed, and a MemoryWatch
 /// marked growth. No other record tells its elements then: what lies in its blocks and is not
 /// marked is there. Its counts must not promise more than that unless the text says them.

@@ -325,8 +325,6 @@ TEST(Reservations, CreateReservationKnowsNoState) {
               }));
 }
 
-// --- Growing -------------------------------------------------------------------------------------
-
 // --- Traces --------------------------------------------------------------------------------------
 
 TEST(Reservations, CreateReservationTracesWhatItReads) {
