@@ -127,14 +127,14 @@ TEST(DescribeWords, NameKindsInAnyCaseAndByTheirBlocks) {
 using Names = std::vector<std::string>;
 
 TEST(DescribeWords, ThatAreMistypedAreNearTheirKinds) {
-    EXPECT_EQ(nearest_kinds("JOBDATA").front(), "JOB_DATA");
-    EXPECT_EQ(nearest_kinds("job_dta").front(), "JOB_DATA");
-    EXPECT_EQ(nearest_kinds("begin-job"), Names{"BEGIN_JOB"});
-    EXPECT_EQ(nearest_kinds("event_lst").front(), "EVENTS_REPLY");
-    EXPECT_EQ(nearest_kinds("topology"), (Names{"TOPOLOGY_INFO_REQUEST", "TOPOLOGY_INFO_REPLY"}));
-    EXPECT_EQ(nearest_kinds("reservation").size(), 4U);
-    EXPECT_EQ(nearest_kinds("xyzzyxyzzy"), Names{});
-    EXPECT_EQ(nearest_kinds(std::string(100000, 'x')), Names{});
+    EXPECT_EQ(kinds_meant_by("JOBDATA").front(), "JOB_DATA");
+    EXPECT_EQ(kinds_meant_by("job_dta").front(), "JOB_DATA");
+    EXPECT_EQ(kinds_meant_by("begin-job"), Names{"BEGIN_JOB"});
+    EXPECT_EQ(kinds_meant_by("event_lst").front(), "EVENTS_REPLY");
+    EXPECT_EQ(kinds_meant_by("topology"), (Names{"TOPOLOGY_INFO_REQUEST", "TOPOLOGY_INFO_REPLY"}));
+    EXPECT_EQ(kinds_meant_by("reservation").size(), 4U);
+    EXPECT_EQ(kinds_meant_by("xyzzyxyzzy"), Names{});
+    EXPECT_EQ(kinds_meant_by(std::string(100000, 'x')), Names{});
 }
 
 TEST(DescribeWords, ThatAreUnknownAreSaidWithTheirNeighbours) {

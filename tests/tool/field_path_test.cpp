@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "model/field_path.h"
-#include "model/nearest_key.h"
 #include "support/messages.h"
 #include "support/random_records.h"
 #include "tables/records.h"
@@ -172,7 +171,8 @@ TEST(FieldPaths, SayWhereTheyAreNoPaths) {
 }
 
 TEST(FieldPaths, SayWhichKeyMayBeMeant) {
-    EXPECT_EQ(error_of("con"), "column 1: no message has a field \"con\"; did you mean \"conns\"?");
+    EXPECT_EQ(error_of("conn"),
+              "column 1: no message has a field \"conn\"; did you mean \"conns\"?");
     EXPECT_EQ(error_of("job_dat.conns"),
               "column 1: no message has a field \"job_dat\"; did you mean \"job_data\"?");
     EXPECT_EQ(error_of("conns[3].tre_id"),
@@ -228,16 +228,6 @@ TEST(FieldPaths, LeadToEveryFieldOfRandomRecords) {
             try_all_paths(kind, record.get(), *kind.record, "");
         }
     }
-}
-
-TEST(NearestKeys, AreThoseWithTheFewestEdits) {
-    EXPECT_EQ(edit_distance("", ""), 0U);
-    EXPECT_EQ(edit_distance("", "abc"), 3U);
-    EXPECT_EQ(edit_distance("kitten", "sitting"), 3U);
-    EXPECT_EQ(edit_distance("abc", "abc"), 0U);
-    const std::vector<std::string_view> words = {"one", "two", "tow"};
-    EXPECT_EQ(nearest("tw", words), "two");
-    EXPECT_EQ(nearest("abcdef", words), std::nullopt);
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "graph/text.h"
+#include "model/hexadecimal.h"
 
 namespace kvt_tool {
 namespace {
@@ -58,7 +59,7 @@ TEST(GraphText, LabelsAreCutBetweenCharacters) {
 TEST(GraphText, NumbersOfThingsHaveTheirPlural) {
     EXPECT_EQ(counted(0, "host", "hosts"), "0 hosts");
     EXPECT_EQ(counted(1, "host", "hosts"), "1 host");
-    EXPECT_EQ(hex(0x248a0703000000ff), "0x248a0703000000ff");
+    EXPECT_EQ(guid_text(0x248a0703000000ff), "0x248a0703000000ff");
 }
 
 } // namespace

@@ -5,12 +5,12 @@
 #include <vector>
 
 #include "message_kinds.h"
-#include "samples/generate.h"
+#include "samples/sample.h"
 
 namespace kvt_tool {
 
 inline OwnedMessage sample_of(int32_t kind, uint64_t seed, uint32_t size) {
-    return generate(*kvt_str::find_kind(kind), {seed, size, seed});
+    return make_sample(*kvt_str::find_kind(kind), {seed, size, seed});
 }
 
 template <typename Record> const Record &record_of(const OwnedMessage &message) {

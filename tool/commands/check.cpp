@@ -27,7 +27,7 @@ public:
     explicit CheckJob(const CheckOptions &options) : options_(options) {}
 
     void work(const Unit &unit, Result &findings) const {
-        find(unit, options_.wanted, options_.form, findings);
+        check_unit(unit, options_.wanted, options_.form, findings);
     }
 
     void begin(const InputFile &) {

@@ -55,8 +55,9 @@ public:
             compare({unit.text, unit.length}, std::string_view(result.text).substr(before));
         result.likeness = followed_by(result.likeness, likeness);
         // What is in normal form has lost nothing.
-        const bool found = likeness == Likeness::other &&
-                           find(unit, FindingKinds().set(), FindingForm::line, result.findings);
+        const bool found =
+            likeness == Likeness::other &&
+            check_unit(unit, FindingKinds().set(), FindingForm::line, result.findings);
         result.is_incomplete = result.is_incomplete || !written || (!read && !found);
     }
 

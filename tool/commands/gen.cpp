@@ -7,7 +7,7 @@
 #include "io/problems.h"
 #include "message_kinds.h"
 #include "model/write_text.h"
-#include "samples/generate.h"
+#include "samples/sample.h"
 
 namespace kvt_tool {
 
@@ -25,9 +25,9 @@ ExitStatus print_samples(const GenOptions &options) {
     FabricDay day(options.seed, options.size);
     std::string text;
     for (uint64_t i = 0; i < options.count; ++i) {
-        const OwnedMessage message = options.kind != nullptr
-                                         ? generate(*options.kind, {options.seed, options.size, i})
-                                         : day.next();
+        const OwnedMessage message =
+            options.kind != nullptr ? make_sample(*options.kind, {options.seed, options.size, i})
+                                    : day.next();
         text.clear();
         if (!add_text(message.kind(), message.record(), text)) {
             return cannot_use("the sample", "its text takes 4 GiB or more");

@@ -20,16 +20,16 @@ namespace kvt_tool {
 
 namespace {
 
-struct DrawOptions {
+struct GraphOptions {
     std::string format = "dot"; ///< dot for the text of the graph, or svg, png, pdf, ...
     std::string output;         ///< a file; standard output when empty
     uint64_t message = 0;       ///< its number in all inputs, from 1; 0 for those that can be drawn
     Detail detail = Detail::by_size;
 };
 
-class DrawJob {
+class GraphJob {
 public:
-    struct Drawing {
+    struct Graph {
         uint64_t message; ///< within these units, counted from 0
         uint64_t line;
         std::string dot;
@@ -37,17 +37,17 @@ public:
 
     struct Result {
         uint64_t messages = 0;
-        std::vector<Drawing> drawings;
+        std::vector<Graph> graphs;
         Unread unread;
     };
 
-    explicit DrawJob(const DrawOptions &options) : options_(options) {}
+    explicit GraphJob(const GraphOptions &options) : options_(options) {}
 
     void work(const Unit &unit, Result &result) const {
         const bool read = read_messages(unit, [&](const ReadMessage &message) {
-            if (can_draw(message.kind)) {
+            if (has_graph(message.kind)) {
                 const std::string title = unit.input + ", line " + std::to_string(message.line);
-                result.drawings.push_back(
+                result.graphs.push_back(
                     {result.messages, message.line,
                      to_dot(message.kind, message.record, title, options_.detail)});
             }
@@ -60,14 +60,14 @@ public:
 
     void take(Result &&result) {
         unread_.take(result.unread);
-        for (Drawing &drawing : result.drawings) {
-            const uint64_t number = messages_ + drawing.message + 1;
+        for (Graph &graph : result.graphs) {
+            const uint64_t number = messages_ + graph.message + 1;
             if (options_.message != 0 && options_.message != number) {
                 continue;
             }
-            ++drawings_;
-            if (options_.format == "dot" || drawings_ == 1) {
-                dot_ += drawing.dot;
+            ++graphs_;
+            if (options_.format == "dot" || graphs_ == 1) {
+                dot_ += graph.dot;
             }
         }
         messages_ += result.messages;
@@ -77,39 +77,39 @@ public:
 
     uint64_t messages() const { return messages_; }
 
-    uint64_t drawings() const { return drawings_; }
+    uint64_t graphs() const { return graphs_; }
 
     const std::string &dot() const { return dot_; }
 
 private:
-    const DrawOptions &options_;
+    const GraphOptions &options_;
     UnreadOfInput unread_;
     uint64_t messages_ = 0;
-    uint64_t drawings_ = 0;
-    std::string dot_; ///< of all drawings, or of the first where only one can be drawn
+    uint64_t graphs_ = 0;
+    std::string dot_; ///< of all graphs, or of the first where only one can be drawn
 };
 
-void write_drawing(const std::string &drawing, const std::string &output) {
+void write_graph(const std::string &graph, const std::string &output) {
     if (output.empty()) {
-        print(drawing);
+        print(graph);
         finish_printing();
         return;
     }
     std::error_code none;
     if (std::filesystem::exists(output, none) && !std::filesystem::is_regular_file(output, none)) {
         std::ofstream device(output, std::ios::binary); // such as /dev/stdout, or a pipe
-        if (!device.write(drawing.data(), static_cast<std::streamsize>(drawing.size())).flush()) {
+        if (!device.write(graph.data(), static_cast<std::streamsize>(graph.size())).flush()) {
             throw OutputError{output, std::strerror(errno)};
         }
         return;
     }
     NewFile file(output, NewFile::Existing::may_replace);
-    file.write(drawing);
+    file.write(graph);
     file.commit();
 }
 
 /// Draws the messages of the inputs that can be drawn: as DOT all of them, otherwise the only one.
-ExitStatus draw_messages(const std::vector<std::string> &inputs, const DrawOptions &options) {
+ExitStatus graph_messages(const std::vector<std::string> &inputs, const GraphOptions &options) {
     for (const std::string &input : inputs) {
         std::error_code none;
         if (!options.output.empty() && std::filesystem::equivalent(input, options.output, none)) {
@@ -117,33 +117,33 @@ ExitStatus draw_messages(const std::vector<std::string> &inputs, const DrawOptio
         }
     }
     ExitStatus status;
-    DrawJob job(options);
+    GraphJob job(options);
     {
         Progress progress(inputs);
         status = Pipeline(job, 1, progress).run(inputs);
     }
-    if (job.drawings() == 0) {
+    if (job.graphs() == 0) {
         say("kvt: none of " + std::to_string(job.messages()) + " messages " +
             (options.message != 0 ? "has this number and can be drawn" : "can be drawn") +
             ": that is JOB_DATA, TOPOLOGY_INFO_REPLY and RESOURCE_DATA\n");
         return worse(status, found_problems);
     }
     if (options.format == "dot") {
-        write_drawing(job.dot(), options.output);
+        write_graph(job.dot(), options.output);
         return status;
     }
-    if (job.drawings() > 1) {
-        say("kvt: " + std::to_string(job.drawings()) +
+    if (job.graphs() > 1) {
+        say("kvt: " + std::to_string(job.graphs()) +
             " messages can be drawn: --message N chooses one\n");
         return could_not_work;
     }
     std::string reason;
-    const std::optional<std::string> drawing = render(job.dot(), options.format, reason);
-    if (!drawing.has_value()) {
+    const std::optional<std::string> picture = render(job.dot(), options.format, reason);
+    if (!picture.has_value()) {
         say("kvt: " + reason + "\n");
         return could_not_work;
     }
-    write_drawing(*drawing, options.output);
+    write_graph(*picture, options.output);
     return status;
 }
 
@@ -151,7 +151,7 @@ ExitStatus draw_messages(const std::vector<std::string> &inputs, const DrawOptio
 
 void add_graph(CLI::App &app) {
     static CommonOptions common;
-    static DrawOptions options;
+    static GraphOptions options;
     CLI::App *command = add_command(
         app, "graph", "Draw the graph of a job, a topology or resources.",
         "Draws JOB_DATA, TOPOLOGY_INFO_REPLY and RESOURCE_DATA with Graphviz. In large graphs "
@@ -175,7 +175,7 @@ void add_graph(CLI::App &app) {
         "--all-nodes", [] { options.detail = Detail::all; }, "Draw every node by itself");
     command->callback([] {
         chosen = [] {
-            return draw_messages(common.inputs, options);
+            return graph_messages(common.inputs, options);
         };
     });
 }

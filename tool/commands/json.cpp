@@ -57,7 +57,7 @@ public:
         });
         // What is in normal form has lost nothing.
         if (compare({unit.text, unit.length}, texts) == Likeness::other &&
-            !find(unit, FindingKinds().set(), FindingForm::line, result.findings) && !read) {
+            !check_unit(unit, FindingKinds().set(), FindingForm::line, result.findings) && !read) {
             result.words += "kvt: " + unit.input + ": out of memory\n";
             result.status = could_not_work;
         }

@@ -9,7 +9,7 @@
 #include "io/pipeline.h"
 #include "io/problems.h"
 #include "io/unread.h"
-#include "model/statistics.h"
+#include "model/kind_counts.h"
 
 namespace kvt_tool {
 
@@ -18,14 +18,14 @@ namespace {
 class StatJob {
 public:
     struct Result {
-        Statistics statistics;
+        KindCounts counts;
         Unread unread;
     };
 
     static void work(const Unit &unit, Result &result) {
         const bool read = read_messages(unit, [&](const ReadMessage &message) {
             const auto length = static_cast<uint64_t>(message.end - message.begin);
-            result.statistics.add(message.kind, message.record, length);
+            result.counts.add(message.kind, message.record, length);
         });
         result.unread.note(unit, read);
     }
@@ -33,29 +33,28 @@ public:
     void begin(const InputFile &) { unread_.begin(); }
 
     void take(Result &&result) {
-        statistics_.merge(result.statistics);
+        counts_.merge(result.counts);
         unread_.take(result.unread);
     }
 
     ExitStatus end(const std::string &, bool) const { return unread_.status(); }
 
-    const Statistics &statistics() const { return statistics_; }
+    const KindCounts &counts() const { return counts_; }
 
 private:
-    Statistics statistics_;
+    KindCounts counts_;
     UnreadOfInput unread_;
 };
 
 /// Prints how many messages there are in all inputs and how large they are, as a table or as JSON.
-ExitStatus print_statistics(const std::vector<std::string> &inputs, bool as_json,
-                            unsigned threads) {
+ExitStatus print_counts(const std::vector<std::string> &inputs, bool as_json, unsigned threads) {
     ExitStatus status;
     StatJob job;
     {
         Progress progress(inputs);
         status = Pipeline(job, threads, progress).run(inputs);
     }
-    print(as_json ? job.statistics().json() + "\n" : job.statistics().table());
+    print(as_json ? job.counts().json() + "\n" : job.counts().table());
     finish_printing();
     return status;
 }
@@ -74,7 +73,7 @@ void add_stat(CLI::App &app) {
     take_threads(command, common);
     command->callback([] {
         chosen = [] {
-            return print_statistics(common.inputs, as_json, common.threads);
+            return print_counts(common.inputs, as_json, common.threads);
         };
     });
 }

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "diff/align_messages.h"
+#include "model/hash.h"
 #include "model/identity.h"
 #include "model/record_content.h"
 

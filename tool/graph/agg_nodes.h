@@ -10,7 +10,7 @@ inline constexpr uint32_t no_node = UINT32_MAX;
 
 /// An aggregation node of the message, or one that is only named as a parent.
 struct AggNode {
-    uint32_t place; ///< among the nodes of the drawing
+    uint32_t place; ///< among the nodes of the graph
     uint16_t tree_id;
     uint16_t parent_number;
     bool is_absent = false;

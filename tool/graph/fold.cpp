@@ -2,8 +2,9 @@
 #include <map>
 #include <tuple>
 
-#include "graph/drawing.h"
+#include "graph/nodes_and_edges.h"
 #include "graph/text.h"
+#include "model/hash.h"
 
 namespace kvt_tool {
 
@@ -13,9 +14,9 @@ namespace {
 /// and style, and its count.
 using Neighbour = std::tuple<uint32_t, bool, std::string_view, std::string_view, uint64_t>;
 
-std::vector<std::vector<Neighbour>> neighbours_of(const Drawing &drawing) {
-    std::vector<std::vector<Neighbour>> neighbours(drawing.nodes.size());
-    for (const GraphEdge &edge : drawing.edges) {
+std::vector<std::vector<Neighbour>> neighbours_of(const Graph &graph) {
+    std::vector<std::vector<Neighbour>> neighbours(graph.nodes.size());
+    for (const GraphEdge &edge : graph.edges) {
         neighbours[edge.from].emplace_back(edge.to, true, edge.colour, edge.style, edge.count);
         neighbours[edge.to].emplace_back(edge.from, false, edge.colour, edge.style, edge.count);
     }
@@ -33,16 +34,15 @@ bool look_the_same(const GraphNode &a, const GraphNode &b) {
 uint64_t hash_of(const std::vector<Neighbour> &list) {
     uint64_t hash = list.size();
     for (const Neighbour &neighbour : list) {
-        hash = (hash ^ std::get<0>(neighbour)) * 0x9e3779b97f4a7c15;
-        hash ^= hash >> 29;
+        hash = mix_in(hash, std::get<0>(neighbour));
     }
     return hash;
 }
 
 /// The first node that each node may be folded into; itself, if there is none before it.
-std::vector<uint32_t> first_twins(const Drawing &drawing) {
-    const std::vector<std::vector<Neighbour>> neighbours = neighbours_of(drawing);
-    const auto count = static_cast<uint32_t>(drawing.nodes.size());
+std::vector<uint32_t> first_twins(const Graph &graph) {
+    const std::vector<std::vector<Neighbour>> neighbours = neighbours_of(graph);
+    const auto count = static_cast<uint32_t>(graph.nodes.size());
     std::vector<uint64_t> hashes(count);
     std::vector<uint32_t> order(count);
     for (uint32_t node = 0; node < count; ++node) {
@@ -60,9 +60,8 @@ std::vector<uint32_t> first_twins(const Drawing &drawing) {
             open.clear();
         }
         const auto [twin, is_new] =
-            open.try_emplace({drawing.nodes[node].level, drawing.nodes[node].fill}, node);
-        const bool folds = !is_new &&
-                           look_the_same(drawing.nodes[node], drawing.nodes[twin->second]) &&
+            open.try_emplace({graph.nodes[node].level, graph.nodes[node].fill}, node);
+        const bool folds = !is_new && look_the_same(graph.nodes[node], graph.nodes[twin->second]) &&
                            neighbours[node] == neighbours[twin->second];
         first[node] = folds ? twin->second : node;
         if (!is_new && !folds) {
@@ -74,8 +73,8 @@ std::vector<uint32_t> first_twins(const Drawing &drawing) {
 
 } // namespace
 
-void merge_parallel_edges(Drawing &drawing) {
-    std::vector<GraphEdge> &edges = drawing.edges;
+void merge_parallel_edges(Graph &graph) {
+    std::vector<GraphEdge> &edges = graph.edges;
     const auto key = [](const GraphEdge &edge) {
         return std::tie(edge.from, edge.to, edge.colour, edge.style);
     };
@@ -93,14 +92,14 @@ void merge_parallel_edges(Drawing &drawing) {
     edges.resize(kept);
 }
 
-void fold_twins(Drawing &drawing) {
-    const std::vector<uint32_t> first = first_twins(drawing);
+void fold_twins(Graph &graph) {
+    const std::vector<uint32_t> first = first_twins(graph);
     constexpr size_t longest_detail = 4000;
     std::vector<uint32_t> place(first.size());
     std::vector<GraphNode> kept;
     std::vector<std::string> last_label;
     for (uint32_t node = 0; node < first.size(); ++node) {
-        GraphNode &now = drawing.nodes[node];
+        GraphNode &now = graph.nodes[node];
         if (first[node] == node) {
             place[node] = static_cast<uint32_t>(kept.size());
             kept.push_back(std::move(now));
@@ -121,12 +120,12 @@ void fold_twins(Drawing &drawing) {
                                 std::to_string(kept[node].folded) + " with the same links)";
         }
     }
-    drawing.nodes = std::move(kept);
-    for (GraphEdge &edge : drawing.edges) {
+    graph.nodes = std::move(kept);
+    for (GraphEdge &edge : graph.edges) {
         edge.from = place[edge.from];
         edge.to = place[edge.to];
     }
-    merge_parallel_edges(drawing);
+    merge_parallel_edges(graph);
 }
 
 } // namespace kvt_tool

@@ -5,7 +5,7 @@
 
 namespace kvt_tool {
 
-bool can_draw(const kvt_str::MessageKind &kind) {
+bool has_graph(const kvt_str::MessageKind &kind) {
     return kind.value == VEMRA_MSG_TYPE_JOB_DATA ||
            kind.value == VEMRA_MSG_TYPE_TOPOLOGY_INFO_REPLY ||
            kind.value == VEMRA_MSG_TYPE_RESOURCE_DATA;

@@ -15,7 +15,7 @@ enum class Detail : uint8_t {
 };
 
 /// True for the kinds that can be drawn.
-bool can_draw(const kvt_str::MessageKind &kind);
+bool has_graph(const kvt_str::MessageKind &kind);
 
 /// A message as a graph in the DOT language, the same for the same message. `kind` is one that can
 /// be drawn, and `record` its record, whose counts agree with its elements; all else in it may be

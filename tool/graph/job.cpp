@@ -4,9 +4,10 @@
 #include <span>
 
 #include "graph/agg_nodes.h"
-#include "graph/drawing.h"
 #include "graph/kinds.h"
+#include "graph/nodes_and_edges.h"
 #include "graph/text.h"
+#include "model/hexadecimal.h"
 
 namespace kvt_tool {
 
@@ -35,7 +36,7 @@ class JobGraph {
 public:
     explicit JobGraph(const vemra_job_data &job);
 
-    Drawing draw(const std::string &title);
+    Graph graph(const std::string &title);
 
 private:
     uint32_t add(GraphNode node);
@@ -54,7 +55,7 @@ private:
 
     const vemra_job_data &job_;
     Colours colours_;
-    Drawing drawing_;
+    Graph graph_;
     std::map<uint16_t, uint32_t> trees_;
     std::map<uint64_t, uint32_t> daemons_;
     std::map<InTree, uint32_t> by_number_; ///< indices of agg_nodes_
@@ -67,8 +68,8 @@ private:
 JobGraph::JobGraph(const vemra_job_data &job) : job_(job), colours_("tree", tree_ids(job)) {}
 
 uint32_t JobGraph::add(GraphNode node) {
-    drawing_.nodes.push_back(std::move(node));
-    return static_cast<uint32_t>(drawing_.nodes.size() - 1);
+    graph_.nodes.push_back(std::move(node));
+    return static_cast<uint32_t>(graph_.nodes.size() - 1);
 }
 
 uint32_t JobGraph::tree(uint16_t id) {
@@ -87,7 +88,7 @@ uint32_t JobGraph::daemon(uint64_t id) {
     const auto [place, is_new] = daemons_.try_emplace(id, no_node);
     if (is_new) {
         has_absent_ = true;
-        place->second = add(absent_node("d" + std::to_string(id), "daemon\n" + hex(id)));
+        place->second = add(absent_node("d" + std::to_string(id), "daemon\n" + guid_text(id)));
     }
     return place->second;
 }
@@ -96,7 +97,7 @@ void JobGraph::add_trees() {
     for (const vemra_tree &info : std::span(job_.trees, job_.trees_num)) {
         const auto [place, is_new] = trees_.try_emplace(info.tree_id, no_node);
         if (!is_new) {
-            drawing_.nodes[place->second].detail += "\nlisted again";
+            graph_.nodes[place->second].detail += "\nlisted again";
             continue;
         }
         GraphNode node;
@@ -115,22 +116,22 @@ void JobGraph::add_agg_nodes() {
         const auto index = static_cast<uint32_t>(agg_nodes_.size());
         const auto [place, is_new] = by_number_.try_emplace({info.tree_id, info.an_id}, index);
         if (!is_new) {
-            drawing_.nodes[agg_nodes_[place->second].place].detail +=
-                "\nlisted again: " + hex(info.guid);
+            graph_.nodes[agg_nodes_[place->second].place].detail +=
+                "\nlisted again: " + guid_text(info.guid);
             continue;
         }
         GraphNode node;
         node.id = "a" + std::to_string(info.tree_id) + "_" + std::to_string(info.an_id);
         node.label = "AN " + std::to_string(info.an_id) + "\nLID " + std::to_string(info.lid);
         node.detail = "aggregation node " + std::to_string(info.an_id) + " of tree " +
-                      std::to_string(info.tree_id) + "\n" + hex(info.guid) + ", LID " +
+                      std::to_string(info.tree_id) + "\n" + guid_text(info.guid) + ", LID " +
                       std::to_string(info.lid);
         node.fill = colours_.of(info.tree_id);
         node.may_fold = false;
-        const uint32_t place_in_drawing = add(std::move(node));
-        agg_nodes_.push_back({place_in_drawing, info.tree_id, info.parent_an_id});
-        by_guid_.try_emplace({info.tree_id, info.guid}, place_in_drawing);
-        by_lid_.try_emplace({info.tree_id, info.lid}, place_in_drawing);
+        const uint32_t place_in_graph = add(std::move(node));
+        agg_nodes_.push_back({place_in_graph, info.tree_id, info.parent_an_id});
+        by_guid_.try_emplace({info.tree_id, info.guid}, place_in_graph);
+        by_lid_.try_emplace({info.tree_id, info.lid}, place_in_graph);
     }
 }
 
@@ -139,14 +140,15 @@ void JobGraph::add_daemons() {
         const auto [place, is_new] = daemons_.try_emplace(info.vemrad_id, no_node);
         const std::string address = visible_array(info.addr);
         if (!is_new) {
-            drawing_.nodes[place->second].detail += "\nlisted again: " + address;
+            graph_.nodes[place->second].detail += "\nlisted again: " + address;
             continue;
         }
         const bool master = info.vemrad_id == job_.master_vemrad_id;
         GraphNode node;
         node.id = "d" + std::to_string(info.vemrad_id);
-        node.label = address.empty() ? hex(info.vemrad_id) : shortened(address);
-        node.detail = "daemon " + hex(info.vemrad_id) + (master ? ", master" : "") + "\n" + address;
+        node.label = address.empty() ? guid_text(info.vemrad_id) : shortened(address);
+        node.detail =
+            "daemon " + guid_text(info.vemrad_id) + (master ? ", master" : "") + "\n" + address;
         node.style = "filled,rounded";
         node.border = master ? 3 : 1;
         node.may_fold = !master;
@@ -193,13 +195,13 @@ void JobGraph::place_in_levels() {
         deepest = std::max(deepest, node.depth);
     }
     for (const AggNode &node : agg_nodes_) {
-        drawing_.nodes[node.place].level = 1 + deepest - node.depth;
+        graph_.nodes[node.place].level = 1 + deepest - node.depth;
     }
     for (const auto &[id, place] : trees_) {
-        drawing_.nodes[place].level = deepest + 2;
+        graph_.nodes[place].level = deepest + 2;
     }
     for (const auto &[id, place] : daemons_) {
-        drawing_.nodes[place].level = 0;
+        graph_.nodes[place].level = 0;
     }
 }
 
@@ -207,7 +209,7 @@ void JobGraph::join_trees() {
     for (const AggNode &node : agg_nodes_) {
         const uint32_t upper =
             node.parent != no_node ? agg_nodes_[node.parent].place : tree(node.tree_id);
-        drawing_.edges.push_back(
+        graph_.edges.push_back(
             {upper, node.place, colours_.of(node.tree_id), node.ends_a_circle ? "dotted" : "bold"});
     }
     std::set<std::pair<uint32_t, uint32_t>> peers; // once, though both may name each other
@@ -219,7 +221,7 @@ void JobGraph::join_trees() {
         }
     }
     for (const auto &[low, high] : peers) {
-        drawing_.edges.push_back({low, high, plain_line, "dashed"});
+        graph_.edges.push_back({low, high, plain_line, "dashed"});
     }
 }
 
@@ -247,8 +249,7 @@ uint32_t JobGraph::end_of(const vemra_tree_conn &conn) {
 void JobGraph::connect_daemons() {
     for (const vemra_tree_conn &conn : std::span(job_.conns, job_.conns_num)) {
         const uint32_t upper = end_of(conn);
-        drawing_.edges.push_back(
-            {upper, daemon(conn.vemrad_id), colours_.of(conn.tree_id), "solid"});
+        graph_.edges.push_back({upper, daemon(conn.vemrad_id), colours_.of(conn.tree_id), "solid"});
     }
 }
 
@@ -270,7 +271,7 @@ Caption JobGraph::caption(const std::string &title) const {
     return {title, summary, std::move(legend)};
 }
 
-Drawing JobGraph::draw(const std::string &title) {
+Graph JobGraph::graph(const std::string &title) {
     add_trees();
     add_agg_nodes();
     add_daemons();
@@ -278,14 +279,14 @@ Drawing JobGraph::draw(const std::string &title) {
     join_trees();
     connect_daemons();
     place_in_levels();
-    drawing_.caption = caption(title);
-    return std::move(drawing_);
+    graph_.caption = caption(title);
+    return std::move(graph_);
 }
 
 } // namespace
 
 std::string job_to_dot(const vemra_job_data &job, const std::string &title, Detail detail) {
-    return drawing_to_dot(JobGraph(job).draw(title), detail);
+    return graph_to_dot(JobGraph(job).graph(title), detail);
 }
 
 } // namespace kvt_tool

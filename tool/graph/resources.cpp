@@ -5,6 +5,7 @@
 #include "graph/dot.h"
 #include "graph/kinds.h"
 #include "graph/text.h"
+#include "model/hexadecimal.h"
 
 namespace kvt_tool {
 
@@ -79,7 +80,7 @@ public:
         : message_(message), colours_(colours_of(message)), places_(places_of(message)),
           single_links_(detail == Detail::all || message.links_num <= most_single_links) {}
 
-    std::string draw(const std::string &title) const;
+    std::string to_dot(const std::string &title) const;
 
 private:
     void write_trees(DotText &text) const;
@@ -110,7 +111,7 @@ Caption Resources::caption(const std::string &title) const {
         counted(message_.agg_nodes_num, "aggregation node", "aggregation nodes") + ", " +
         counted(message_.links_num, "link", "links") + "; operation " +
         std::to_string(message_.operation) + ", features 0x" +
-        hex(message_.feature_bitmask).substr(10);
+        guid_text(message_.feature_bitmask).substr(10);
     const auto members = static_cast<double>(places_.size());
     return {title, summary, std::move(legend),
             static_cast<unsigned>(14 + std::min(60.0, 1.2 * std::sqrt(members)))};
@@ -177,7 +178,7 @@ std::string Resources::table_of(const Place &place) const {
         fill.empty() ? " STYLE=\"dashed\" COLOR=\"#aaaaaa\"" : " BGCOLOR=\"" + fill + "\"";
     std::string table = "<<TABLE BORDER=\"0\" CELLBORDER=\"1\" CELLSPACING=\"0\" CELLPADDING=\"2\" "
                         "COLOR=\"#555555\"><TR><TD" +
-                        look + "><FONT FACE=\"monospace\">" + hex(place.guid) + "</FONT>";
+                        look + "><FONT FACE=\"monospace\">" + guid_text(place.guid) + "</FONT>";
     if (place.node != nullptr && single_links_) {
         table += "<BR/>" + counted(place.node->trees_num, "tree", "trees") + ", " +
                  counted(place.node->active_jobs, "job", "jobs");
@@ -194,7 +195,7 @@ std::string Resources::table_of(const Place &place) const {
 
 std::string Resources::detail_of(const Place &place) {
     constexpr size_t most_links = 100;
-    std::string detail = hex(place.guid);
+    std::string detail = guid_text(place.guid);
     if (place.node != nullptr) {
         detail += "\nstatus " + std::to_string(place.node->agg_node_status) + ", priority " +
                   std::to_string(place.node->priority) + ", " +
@@ -231,7 +232,7 @@ void Resources::write_places(DotText &text) const {
     text.close();
 }
 
-std::string Resources::draw(const std::string &title) const {
+std::string Resources::to_dot(const std::string &title) const {
     DotText text(caption(title), {{"layout", "osage"}, {"packmode", "\"array_u1\""}});
     text.defaults("node", {{"shape", "plain"}, {"fontsize", "9"}});
     write_trees(text);
@@ -243,7 +244,7 @@ std::string Resources::draw(const std::string &title) const {
 
 std::string resources_to_dot(const vemra_resource_message &message, const std::string &title,
                              Detail detail) {
-    return Resources(message, detail).draw(title);
+    return Resources(message, detail).to_dot(title);
 }
 
 } // namespace kvt_tool

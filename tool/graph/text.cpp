@@ -1,10 +1,10 @@
 #include "graph/text.h"
 
+#include "model/hexadecimal.h"
+
 namespace kvt_tool {
 
 namespace {
-
-constexpr char digits[] = "0123456789abcdef";
 
 uint8_t byte_at(std::string_view text, size_t at) {
     return static_cast<uint8_t>(text[at]);
@@ -70,8 +70,7 @@ std::string visible(std::string_view name) {
             shown += name.substr(at, length);
             at += length;
         } else {
-            const uint8_t byte = byte_at(name, at++);
-            shown += {'\\', 'x', digits[byte >> 4], digits[byte & 15]};
+            shown += "\\x" + hexadecimal(byte_at(name, at++), 2);
         }
     }
     return shown;
@@ -115,15 +114,6 @@ std::string in_html(std::string_view text) {
         default:
             out += c;
         }
-    }
-    return out;
-}
-
-std::string hex(uint64_t number) {
-    std::string out = "0x";
-    for (unsigned shift = 64; shift != 0;) {
-        shift -= 4;
-        out += digits[number >> shift & 15];
     }
     return out;
 }

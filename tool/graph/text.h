@@ -29,9 +29,6 @@ std::string quoted_tooltip(std::string_view text);
 /// A text of valid UTF-8 within an HTML-like label.
 std::string in_html(std::string_view text);
 
-/// 0x and sixteen digits.
-std::string hex(uint64_t number);
-
 /// "1 host", "2 hosts".
 std::string counted(size_t count, std::string_view singular, std::string_view plural);
 

@@ -2,9 +2,9 @@
 #include <map>
 #include <span>
 
-#include "graph/drawing.h"
 #include "graph/kinds.h"
 #include "graph/levels.h"
+#include "graph/nodes_and_edges.h"
 #include "graph/text.h"
 
 namespace kvt_tool {
@@ -30,7 +30,7 @@ class Fabric {
 public:
     explicit Fabric(const vemra_topology_info_list &list);
 
-    Drawing draw(const std::string &title) const;
+    Graph graph(const std::string &title) const;
 
 private:
     uint32_t node_of(uint32_t id);
@@ -153,36 +153,36 @@ std::vector<LegendEntry> Fabric::legend(int top) const {
     return entries;
 }
 
-Drawing Fabric::draw(const std::string &title) const {
-    Drawing drawing;
-    drawing.nodes = nodes_;
+Graph Fabric::graph(const std::string &title) const {
+    Graph graph;
+    graph.nodes = nodes_;
     int top = no_level;
     if (const auto levels = guess_levels(switches_)) {
         for (size_t index = 0; index < nodes_.size(); ++index) {
             const int level = (*levels)[index];
-            drawing.nodes[index].level = level;
+            graph.nodes[index].level = level;
             if (!switches_[index].is_absent) {
                 const size_t fill = static_cast<size_t>(level) % level_fill_count;
-                drawing.nodes[index].fill = level_fills[fill];
+                graph.nodes[index].fill = level_fills[fill];
                 top = std::max(top, level);
             }
         }
     }
     for (const Link &link : links_) {
         const bool absent = switches_[link.low].is_absent || switches_[link.high].is_absent;
-        drawing.edges.push_back({link.low, link.high, absent ? "#cccccc" : "#8c8c8c",
-                                 has_one_end(link) ? "dashed" : "solid", link.count()});
+        graph.edges.push_back({link.low, link.high, absent ? "#cccccc" : "#8c8c8c",
+                               has_one_end(link) ? "dashed" : "solid", link.count()});
     }
     const std::string hint = top == no_level ? "" : "; levels are a guess";
-    drawing.caption = {title, summary_ + hint, legend(top)};
-    return drawing;
+    graph.caption = {title, summary_ + hint, legend(top)};
+    return graph;
 }
 
 } // namespace
 
 std::string topology_to_dot(const vemra_topology_info_list &list, const std::string &title,
                             Detail detail) {
-    return drawing_to_dot(Fabric(list).draw(title), detail);
+    return graph_to_dot(Fabric(list).graph(title), detail);
 }
 
 } // namespace kvt_tool

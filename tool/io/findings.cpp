@@ -148,8 +148,8 @@ struct Check {
 
 } // namespace
 
-size_t find(const Unit &unit, const FindingKinds &wanted, FindingForm form,
-            std::vector<Finding> &findings) {
+size_t check_unit(const Unit &unit, const FindingKinds &wanted, FindingForm form,
+                  std::vector<Finding> &findings) {
     const char *text = kvt_str::skip_blanks(unit.text);
     const auto before = static_cast<size_t>(text - unit.text);
     if (before == unit.length) {

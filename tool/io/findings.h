@@ -28,8 +28,8 @@ struct Finding {
 };
 
 /// Checks a unit. Adds the findings of the wanted kinds, and returns how many there were.
-size_t find(const Unit &unit, const FindingKinds &wanted, FindingForm form,
-            std::vector<Finding> &findings);
+size_t check_unit(const Unit &unit, const FindingKinds &wanted, FindingForm form,
+                  std::vector<Finding> &findings);
 
 /// The findings of one input put together. Of carriage returns only the first is kept: a text with
 /// one has one in every line.

@@ -13,9 +13,9 @@ FindingKinds unread_findings() {
 }
 
 void Unread::note(const Unit &unit, bool read) {
-    if (!read && find(unit, unread_findings(), FindingForm::line, findings_) == 0) {
+    if (!read && check_unit(unit, unread_findings(), FindingForm::line, findings_) == 0) {
         // Another finding says it, such as a brace in a text: whatever it is, nothing is silent.
-        if (find(unit, FindingKinds().set(), FindingForm::line, findings_) == 0) {
+        if (check_unit(unit, FindingKinds().set(), FindingForm::line, findings_) == 0) {
             words_ += unit.input + ":" + std::to_string(unit.first_line) + ": out of memory\n";
         }
     }

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <string>
 
+#include "model/hexadecimal.h"
 #include "model/value_text.h"
 
 namespace kvt_tool {
@@ -14,19 +15,12 @@ namespace {
 
 Json record_to_json(const Record &table, const void *record, const JsonForm &form);
 
-std::string hexadecimal(uint64_t value, size_t digits) {
-    char characters[16];
-    char *end = std::to_chars(characters, characters + sizeof characters, value, 16).ptr;
-    const std::string shown(characters, end);
-    return std::string(digits - std::min(digits, shown.size()), '0') + shown;
-}
-
 Json number_to_json(const Row &row, uint64_t value, const JsonForm &form) {
     if (is_signed(row)) {
         return static_cast<int64_t>(value);
     }
     if (form.hexadecimal_guids && is_guid(row)) {
-        return "0x" + hexadecimal(value, 16);
+        return guid_text(value);
     }
     // Programs that keep numbers as floats would lose digits beyond 53 bits.
     return bits_of(row) < 64 || form.plain_numbers ? Json(value) : Json(std::to_string(value));

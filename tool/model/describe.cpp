@@ -5,6 +5,7 @@
 #include <iterator>
 
 #include "kvt/messages/message_type.h"
+#include "model/columns.h"
 #include "model/fields.h"
 
 namespace kvt_tool {
@@ -140,40 +141,7 @@ const char *written(const Row &row) {
 
 namespace {
 
-/// A table of texts whose columns are aligned.
-template <size_t columns> class Columns {
-public:
-    void add(std::array<std::string, columns> cells) { lines_.push_back({std::move(cells), ""}); }
-
-    /// A line that is no part of the columns.
-    void add_text(std::string text) { lines_.push_back({{}, std::move(text)}); }
-
-    std::string text() const {
-        std::array<size_t, columns> widths = {};
-        for (const Line &line : lines_) {
-            for (size_t i = 0; i < columns; ++i) {
-                widths[i] = std::max(widths[i], line.cells[i].size());
-            }
-        }
-        std::string text;
-        for (const Line &line : lines_) {
-            std::string shown = line.text;
-            for (size_t i = 0; line.text.empty() && i < columns; ++i) {
-                shown += line.cells[i] + std::string(widths[i] - line.cells[i].size() + 2, ' ');
-            }
-            text += shown.substr(0, shown.find_last_not_of(' ') + 1) + '\n';
-        }
-        return text;
-    }
-
-private:
-    struct Line {
-        std::array<std::string, columns> cells;
-        std::string text; ///< instead of the cells, if not empty
-    };
-
-    std::vector<Line> lines_;
-};
+constexpr Columns::Side left = Columns::Side::left;
 
 constexpr Notation plain = {[](std::string_view key) { return std::string(key); },
                             [](const Record &record) {
@@ -213,7 +181,9 @@ std::string relation_of(const Record &table, const Row &row) {
 
 class KindTable {
 public:
-    KindTable() { columns_.add({"KEY", "VALUE", "DEFAULT", "WRITTEN"}); }
+    KindTable() : columns_({left, left, left, left}) {
+        columns_.add({"KEY", "VALUE", "DEFAULT", "WRITTEN"});
+    }
 
     void add(const Record &table, size_t level) {
         const std::string indent(2 * level, ' ');
@@ -241,14 +211,14 @@ private:
         return first;
     }
 
-    Columns<4> columns_;
+    Columns columns_;
     std::vector<const Record *> shown_;
 };
 
 } // namespace
 
 std::string describe_kinds() {
-    Columns<4> columns;
+    Columns columns({left, left, left, left});
     columns.add({"VALUE", "KIND", "BLOCK", "RECORD"});
     for (const MessageKind &kind : message_kinds()) {
         const bool carries = kind.record != nullptr;
@@ -260,7 +230,7 @@ std::string describe_kinds() {
 }
 
 std::string list_kinds() {
-    Columns<3> columns;
+    Columns columns({left, left, left});
     columns.add({"VALUE", "KIND", "RECORD"});
     for (const MessageKind &kind : message_kinds()) {
         columns.add({std::to_string(kind.value), kind.name,

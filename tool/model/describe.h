@@ -31,9 +31,9 @@ std::string_view purpose_of(const MessageKind &kind);
 /// The kind of a name or of the name of a block, in upper or lower case; null for any other word.
 const MessageKind *kind_of_word(std::string_view word);
 
-/// The names of kinds that may be meant by a word, the nearest first: at most four, of those whose
-/// name or block is a few letters away or has the word in it.
-std::vector<std::string> nearest_kinds(std::string_view word);
+/// The names of kinds that may be meant by a word: those whose name or block has it in it, at most
+/// four; otherwise the nearest one, if any is near.
+std::vector<std::string> kinds_meant_by(std::string_view word);
 
 /// What is wrong with a word that names no kind, with those that may be meant.
 std::string unknown_kind(std::string_view word);

@@ -1,7 +1,7 @@
 #include <algorithm>
 
+#include "kvt_check/nearest.h"
 #include "model/describe.h"
-#include "model/nearest_key.h"
 
 namespace kvt_tool {
 
@@ -18,13 +18,6 @@ std::string lower(std::string_view word) {
         }
     }
     return small;
-}
-
-/// How far a name is from a word; a name that has the word in it is near, whatever its length.
-size_t distance(const std::string &name, const std::string &word) {
-    const size_t edits = edit_distance(word, name);
-    return word.size() >= 3 && name.find(word) != std::string::npos ? std::min<size_t>(edits, 2)
-                                                                    : edits;
 }
 
 } // namespace
@@ -44,37 +37,35 @@ const MessageKind *kind_of_word(std::string_view word) {
     return nullptr;
 }
 
-std::vector<std::string> nearest_kinds(std::string_view word) {
+std::vector<std::string> kinds_meant_by(std::string_view word) {
     constexpr size_t most_names = 4;
-    // Words of a command line are short; what is longer than this means no kind, and comparing is
-    // quadratic.
-    constexpr size_t longest = 64;
-    if (word.size() > longest) {
-        return {};
-    }
+    constexpr size_t shortest_part = 3;
     const std::string small = lower(word);
-    const size_t farthest = std::max<size_t>(2, small.size() / 3);
-    std::vector<std::pair<size_t, std::string>> found;
+    std::vector<std::string> names;
+    kvt_checking::Nearest nearest(word);
+    const MessageKind *nearest_kind = nullptr;
     for (const MessageKind &kind : message_kinds()) {
-        size_t nearest = distance(lower(kind.name), small);
-        if (kind.block != nullptr) {
-            nearest = std::min(nearest, distance(kind.block, small));
+        const std::string_view block = kind.block != nullptr ? kind.block : "";
+        if (small.size() >= shortest_part && names.size() < most_names &&
+            (lower(kind.name).find(small) != std::string::npos ||
+             block.find(small) != std::string_view::npos)) {
+            names.emplace_back(kind.name);
         }
-        if (nearest <= farthest) {
-            found.emplace_back(nearest, kind.name);
+        for (const std::string_view known : {std::string_view(kind.name), block}) {
+            const std::string_view before = nearest.word();
+            nearest.consider(known);
+            nearest_kind = nearest.word() != before ? &kind : nearest_kind;
         }
     }
-    std::ranges::stable_sort(found, {}, &std::pair<size_t, std::string>::first);
-    std::vector<std::string> names;
-    for (size_t i = 0; i < std::min(found.size(), most_names); ++i) {
-        names.push_back(found[i].second);
+    if (names.empty() && nearest_kind != nullptr) {
+        names.emplace_back(nearest_kind->name);
     }
     return names;
 }
 
 std::string unknown_kind(std::string_view word) {
     std::string text = "there is no kind '" + std::string(word) + "'";
-    const std::vector<std::string> names = nearest_kinds(word);
+    const std::vector<std::string> names = kinds_meant_by(word);
     for (size_t i = 0; i < names.size(); ++i) {
         text += i == 0 ? "; did you mean " : i + 1 == names.size() ? " or " : ", ";
         text += names[i];

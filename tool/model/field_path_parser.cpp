@@ -2,8 +2,8 @@
 #include <charconv>
 #include <vector>
 
+#include "kvt_check/nearest.h"
 #include "model/field_path.h"
-#include "model/nearest_key.h"
 
 namespace kvt_tool {
 
@@ -140,20 +140,19 @@ std::string FieldPathParser::suggestion(const std::vector<Mismatch> &furthest) c
             return before + below;
         }
     }
-    std::vector<std::string_view> keys;
+    kvt_checking::Nearest nearest(step.key);
     for (const Mismatch &mismatch : furthest) {
         for (const Row &row :
              mismatch.table != nullptr ? mismatch.table->rows : std::span<const Row>()) {
-            keys.push_back(key_of(row));
+            nearest.consider(key_of(row));
         }
     }
     if (step.offset == 0) {
         for (const MessageKind &kind : kvt_str::message_kinds()) {
-            keys.emplace_back(kind.block != nullptr ? kind.block : "");
+            nearest.consider(kind.block != nullptr ? kind.block : "");
         }
     }
-    const std::optional<std::string_view> key = nearest(step.key, keys);
-    return key.has_value() ? before + std::string(*key) : "";
+    return nearest.word().empty() ? "" : before + std::string(nearest.word());
 }
 
 /// `furthest` are the kinds that have most of the path; they lack the same step of it.

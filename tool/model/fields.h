@@ -1,4 +1,4 @@
-// Records field by field, through their tables: what conversions, comparisons and statistics walk.
+// Records field by field, through their tables: what conversions, comparisons and counts walk.
 #pragma once
 
 #include <cstdint>

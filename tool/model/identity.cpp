@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "model/hash.h"
 #include "model/record_content.h"
 #include "model/value_text.h"
 #include "tables/records.h"

@@ -7,14 +7,10 @@
 #include <string_view>
 
 #include "engine/member.h"
+#include "model/hash.h"
 #include "model/value_text.h"
 
 namespace kvt_tool {
-
-uint64_t mix_in(uint64_t hash, uint64_t value) {
-    hash = (hash ^ value) * 0x9E3779B97F4A7C15;
-    return (hash ^ (hash >> 29)) * 0xBF58476D1CE4E5B9 + value;
-}
 
 namespace {
 

@@ -20,7 +20,4 @@ bool same_value(const Row &row, const void *a, const void *b);
 /// A hash of what it writes for one field.
 uint64_t value_hash(const Row &row, const void *record);
 
-/// Mixes another value into a hash.
-uint64_t mix_in(uint64_t hash, uint64_t value);
-
 } // namespace kvt_tool

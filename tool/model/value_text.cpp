@@ -2,6 +2,7 @@
 
 #include <charconv>
 
+#include "model/hexadecimal.h"
 #include "text/real.h"
 
 namespace kvt_tool {
@@ -57,12 +58,6 @@ size_t printable_length(std::string_view text) {
     return length;
 }
 
-void append_hexadecimal(std::string &out, uint64_t number, size_t digits) {
-    for (size_t i = digits; i-- > 0;) {
-        out += "0123456789abcdef"[(number >> (4 * i)) & 15];
-    }
-}
-
 } // namespace
 
 std::string plain_value(const Row &row, const void *record) {
@@ -86,12 +81,7 @@ std::string plain_element(const Row &row, const Elements &numbers, uint64_t inde
 }
 
 std::string shown_number(const Row &row, uint64_t number) {
-    if (!is_guid(row)) {
-        return decimal(row, number);
-    }
-    std::string text = "0x";
-    append_hexadecimal(text, number, 16);
-    return text;
+    return is_guid(row) ? guid_text(number) : decimal(row, number);
 }
 
 std::string shown_value(const Row &row, const void *record) {
@@ -120,8 +110,7 @@ std::string quoted_text(std::string_view text) {
         } else if (first == '\t') {
             out += "\\t";
         } else {
-            out += "\\x";
-            append_hexadecimal(out, static_cast<unsigned char>(first), 2);
+            out += "\\x" + hexadecimal(static_cast<unsigned char>(first), 2);
         }
         text.remove_prefix(length != 0 ? length : 1);
     }

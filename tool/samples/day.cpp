@@ -2,7 +2,7 @@
 #include <iterator>
 
 #include "kvt/messages/message_type.h"
-#include "samples/generate.h"
+#include "samples/sample.h"
 #include "samples/values.h"
 
 namespace kvt_tool {

@@ -7,7 +7,7 @@
 
 #include "engine/row.h"
 #include "samples/fabric.h"
-#include "samples/generate.h"
+#include "samples/sample.h"
 
 namespace kvt_tool {
 

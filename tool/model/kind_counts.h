@@ -51,15 +51,15 @@ private:
 };
 
 /// Counts messages by kind. One object belongs to one thread; several are merged.
-class Statistics {
+class KindCounts {
 public:
-    Statistics();
+    KindCounts();
 
     /// Counts a message. `text_bytes` is the length of its text. The record is null for a kind that
     /// carries none.
     void add(const MessageKind &kind, const void *record, uint64_t text_bytes);
 
-    void merge(const Statistics &other);
+    void merge(const KindCounts &other);
 
     /// For a terminal: a line for each kind that was seen, and one for the total.
     std::string table() const;

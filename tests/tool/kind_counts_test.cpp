@@ -12,8 +12,8 @@
 #include "kvt/messages/message_type.h"
 #include "kvt/messages/topology.h"
 #include "model/fields.h"
-#include "model/statistics.h"
-#include "samples/generate.h"
+#include "model/kind_counts.h"
+#include "samples/sample.h"
 
 namespace kvt_tool {
 namespace {
@@ -143,7 +143,7 @@ uint64_t plain_count(const Record &table, const void *record) {
 TEST(CountElements, CountsThoseOfAllListsAtAnyDepth) {
     for (const MessageKind &kind : kvt_str::message_kinds()) {
         if (kind.record != nullptr) {
-            const OwnedMessage message = generate(kind, {3, 7, 1});
+            const OwnedMessage message = make_sample(kind, {3, 7, 1});
             EXPECT_EQ(count_elements(*kind.record, message.record()),
                       plain_count(*kind.record, message.record()))
                 << kind.name;
@@ -151,18 +151,18 @@ TEST(CountElements, CountsThoseOfAllListsAtAnyDepth) {
     }
     // 4 leaves with 1 peer and 4 ports each, and a spine with 4 peers.
     const MessageKind &topology = kind_of(VEMRA_MSG_TYPE_TOPOLOGY_INFO_REPLY);
-    EXPECT_EQ(count_elements(*topology.record, generate(topology, {3, 5, 1}).record()),
+    EXPECT_EQ(count_elements(*topology.record, make_sample(topology, {3, 5, 1}).record()),
               5U + 4 * 5 + 4);
 }
 
-// --- Statistics ----------------------------------------------------------------------------------
+// --- KindCounts ----------------------------------------------------------------------------------
 
-TEST(Statistics, OfNothingHaveATotal) {
-    const Statistics statistics;
-    EXPECT_EQ(statistics.table(),
+TEST(KindCounts, OfNothingHaveATotal) {
+    const KindCounts counts;
+    EXPECT_EQ(counts.table(),
               "KIND   MESSAGES  BYTES  ELEMENTS  SMALLEST  MEAN  50 %  90 %  99 %  LARGEST\n"
               "total         0    0 B         0         -     -     -     -     -        -\n");
-    EXPECT_EQ(statistics.json(), R"({
+    EXPECT_EQ(counts.json(), R"({
   "kinds": {},
   "total": {
     "messages": 0,
@@ -173,21 +173,21 @@ TEST(Statistics, OfNothingHaveATotal) {
 })");
 }
 
-Statistics some_statistics() {
-    Statistics statistics;
+KindCounts some_counts() {
+    KindCounts counts;
     const vemra_end_job end = {};
-    statistics.add(kind_of(VEMRA_MSG_TYPE_END_JOB), &end, 90);
-    statistics.add(kind_of(VEMRA_MSG_TYPE_END_JOB), &end, 110);
+    counts.add(kind_of(VEMRA_MSG_TYPE_END_JOB), &end, 90);
+    counts.add(kind_of(VEMRA_MSG_TYPE_END_JOB), &end, 110);
     vemra_release_groups groups = {};
     groups.num_groups = 3;
-    statistics.add(kind_of(VEMRA_MSG_TYPE_RELEASE_GROUPS), &groups, 2048);
-    statistics.add(kind_of(VEMRA_MSG_TYPE_NONE), nullptr, 9);
-    return statistics;
+    counts.add(kind_of(VEMRA_MSG_TYPE_RELEASE_GROUPS), &groups, 2048);
+    counts.add(kind_of(VEMRA_MSG_TYPE_NONE), nullptr, 9);
+    return counts;
 }
 
-TEST(Statistics, AreShownByKindAndInTotal) {
+TEST(KindCounts, AreShownByKindAndInTotal) {
     EXPECT_EQ(
-        some_statistics().table(),
+        some_counts().table(),
         "KIND            MESSAGES    BYTES  ELEMENTS  SMALLEST     MEAN     50 %     90 %     "
         "99 %  LARGEST\n"
         "NONE                   1      9 B         0       9 B      9 B      9 B      9 B     "
@@ -200,8 +200,8 @@ TEST(Statistics, AreShownByKindAndInTotal) {
         "2.0 KiB  2.0 KiB\n");
 }
 
-TEST(Statistics, AreShownAsJson) {
-    const auto json = nlohmann::json::parse(some_statistics().json());
+TEST(KindCounts, AreShownAsJson) {
+    const auto json = nlohmann::json::parse(some_counts().json());
     EXPECT_EQ(json["kinds"].size(), 3U);
     EXPECT_EQ(json["kinds"]["END_JOB"].dump(),
               R"({"bytes":200,"elements":0,"messages":2,"size":{"largest":110,"mean":100.0,)"
@@ -211,9 +211,9 @@ TEST(Statistics, AreShownAsJson) {
     EXPECT_EQ(json["total"]["bytes"], 2257);
 }
 
-TEST(Statistics, OfThreadsAreMerged) {
-    Statistics all;
-    Statistics parts[2];
+TEST(KindCounts, OfThreadsAreMerged) {
+    KindCounts all;
+    KindCounts parts[2];
     FabricDay day(4);
     for (uint64_t i = 0; i < 200; ++i) {
         const OwnedMessage message = day.next();
@@ -221,7 +221,7 @@ TEST(Statistics, OfThreadsAreMerged) {
         parts[i % 2].add(message.kind(), message.record(), 100 + 17 * i);
     }
     parts[0].merge(parts[1]);
-    parts[0].merge(Statistics());
+    parts[0].merge(KindCounts());
     EXPECT_EQ(parts[0].table(), all.table());
     EXPECT_EQ(parts[0].json(), all.json());
 }

@@ -19,7 +19,7 @@
 #include "kvt/messages/topology.h"
 #include "model/fields.h"
 #include "samples.h"
-#include "samples/generate.h"
+#include "samples/sample.h"
 #include "support/messages.h"
 
 namespace kvt_tool {
@@ -50,26 +50,26 @@ template <typename Check> void for_many_samples(Check check) {
     }
 }
 
-TEST(Generate, EverySampleIsReadAndWrittenAsItIs) {
+TEST(Samples, EverySampleIsReadAndWrittenAsItIs) {
     for_many_samples([](const MessageKind &kind, const Sample &sample) {
-        const std::string text = text_of(generate(kind, sample));
+        const std::string text = text_of(make_sample(kind, sample));
         EXPECT_EQ(read_and_written(kind, text), text) << kind.name << ' ' << sample.size;
     });
 }
 
-TEST(Generate, ASampleDependsOnNoSampleBeforeIt) {
+TEST(Samples, ASampleDependsOnNoSampleBeforeIt) {
     std::vector<std::tuple<const MessageKind *, Sample, std::string>> samples;
     for_many_samples([&](const MessageKind &kind, const Sample &sample) {
-        samples.emplace_back(&kind, sample, text_of(generate(kind, sample)));
+        samples.emplace_back(&kind, sample, text_of(make_sample(kind, sample)));
     });
     std::reverse(samples.begin(), samples.end());
     for (const auto &[kind, sample, text] : samples) {
-        EXPECT_EQ(text_of(generate(*kind, sample)), text) << kind->name << ' ' << sample.size;
+        EXPECT_EQ(text_of(make_sample(*kind, sample)), text) << kind->name << ' ' << sample.size;
     }
 }
 
-TEST(Generate, TheSameSampleHasTheSameTextOnEveryMachine) {
-    EXPECT_EQ(text_of(generate(kind_of(VEMRA_MSG_TYPE_END_JOB), {1, 8, 1})),
+TEST(Samples, TheSameSampleHasTheSameTextOnEveryMachine) {
+    EXPECT_EQ(text_of(make_sample(kind_of(VEMRA_MSG_TYPE_END_JOB), {1, 8, 1})),
               "msg {\n"
               "  type: END_JOB\n"
               "  end_job {\n"
@@ -77,7 +77,7 @@ TEST(Generate, TheSameSampleHasTheSameTextOnEveryMachine) {
               "    reservation_id: 50604\n"
               "  }\n"
               "}\n");
-    EXPECT_EQ(text_of(generate(kind_of(VEMRA_MSG_TYPE_BEGIN_JOB), {1, 2, 0})), R"(msg {
+    EXPECT_EQ(text_of(make_sample(kind_of(VEMRA_MSG_TYPE_BEGIN_JOB), {1, 2, 0})), R"(msg {
   type: BEGIN_JOB
   begin_job {
     job_id: 731871
@@ -107,7 +107,7 @@ TEST(Generate, TheSameSampleHasTheSameTextOnEveryMachine) {
   }
 }
 )");
-    EXPECT_EQ(text_of(generate(kind_of(VEMRA_MSG_TYPE_EVENTS_REPLY), {1, 1, 0})), R"(msg {
+    EXPECT_EQ(text_of(make_sample(kind_of(VEMRA_MSG_TYPE_EVENTS_REPLY), {1, 1, 0})), R"(msg {
   type: EVENTS_REPLY
   event_list {
     num_event: 1
@@ -148,25 +148,25 @@ TEST(Generate, TheSameSampleHasTheSameTextOnEveryMachine) {
 )");
 }
 
-TEST(Generate, AnotherSeedOrIndexIsAnotherSample) {
+TEST(Samples, AnotherSeedOrIndexIsAnotherSample) {
     for (const MessageKind &kind : kvt_str::message_kinds()) {
         // A signal and a request are too small to differ always.
         if (kind.record != nullptr && kind.value != VEMRA_MSG_TYPE_AM_SIGNAL &&
             kind.value != VEMRA_MSG_TYPE_JOB_INFO_REQUEST) {
-            const std::string text = text_of(generate(kind, {1, 8, 0}));
-            EXPECT_NE(text_of(generate(kind, {2, 8, 0})), text) << kind.name;
+            const std::string text = text_of(make_sample(kind, {1, 8, 0}));
+            EXPECT_NE(text_of(make_sample(kind, {2, 8, 0})), text) << kind.name;
             if (kind.value != VEMRA_MSG_TYPE_TOPOLOGY_INFO_REQUEST &&
                 kind.value != VEMRA_MSG_TYPE_TOPOLOGY_INFO_REPLY) {
-                EXPECT_NE(text_of(generate(kind, {1, 8, 1})), text) << kind.name;
+                EXPECT_NE(text_of(make_sample(kind, {1, 8, 1})), text) << kind.name;
             }
         }
     }
 }
 
-TEST(Generate, NoTextComesNearToItsLimit) {
+TEST(Samples, NoTextComesNearToItsLimit) {
     for (const MessageKind &kind : kvt_str::message_kinds()) {
         if (kind.record != nullptr) {
-            const OwnedMessage message = generate(kind, {1, largest_sample_size, 0});
+            const OwnedMessage message = make_sample(kind, {1, largest_sample_size, 0});
             const uint32_t size =
                 kvt_str_get_buf_size(static_cast<int32_t>(kind.value), message.record());
             EXPECT_TRUE(size > 0 && size < 100'000'000) << kind.name << ' ' << size;
@@ -174,10 +174,11 @@ TEST(Generate, NoTextComesNearToItsLimit) {
     }
 }
 
-TEST(Generate, ASizeBeyondTheLargestIsTheLargest) {
+TEST(Samples, ASizeBeyondTheLargestIsTheLargest) {
     const MessageKind &kind = kind_of(VEMRA_MSG_TYPE_TOPOLOGY_INFO_REQUEST);
-    EXPECT_EQ(record_of<vemra_topology_info_request>(generate(kind, {1, UINT32_MAX, 0})).num_guids,
-              largest_sample_size);
+    EXPECT_EQ(
+        record_of<vemra_topology_info_request>(make_sample(kind, {1, UINT32_MAX, 0})).num_guids,
+        largest_sample_size);
 }
 
 /// Looks at every text in a record.
@@ -204,24 +205,24 @@ void check_texts(const Record &table, const void *record) {
     }
 }
 
-TEST(Generate, TextsHaveNothingThatEndsThem) {
+TEST(Samples, TextsHaveNothingThatEndsThem) {
     for_many_samples([](const MessageKind &kind, const Sample &sample) {
-        check_texts(*kind.record, generate(kind, sample).record());
+        check_texts(*kind.record, make_sample(kind, sample).record());
     });
 }
 
-TEST(Generate, HostsAreNamedAsFarAsOneLineGoes) {
+TEST(Samples, HostsAreNamedAsFarAsOneLineGoes) {
     const MessageKind &kind = kind_of(VEMRA_MSG_TYPE_BEGIN_JOB);
-    EXPECT_STREQ(record_of<vemra_begin_job>(generate(kind, {1, 3, 0})).hosts,
+    EXPECT_STREQ(record_of<vemra_begin_job>(make_sample(kind, {1, 3, 0})).hosts,
                  "node001,node002,node003");
-    const OwnedMessage many = generate(kind, {1, 40, 0});
+    const OwnedMessage many = make_sample(kind, {1, 40, 0});
     const std::string hosts = record_of<vemra_begin_job>(many).hosts;
     EXPECT_EQ(hosts.substr(hosts.size() - 16), ",node036,node037");
     EXPECT_EQ(record_of<vemra_begin_job>(many).num_guids, 40U);
 }
 
-TEST(Generate, ListsOfSizeZeroAreEmpty) {
-    const OwnedMessage message = generate(kind_of(VEMRA_MSG_TYPE_JOB_DATA), {1, 0, 0});
+TEST(Samples, ListsOfSizeZeroAreEmpty) {
+    const OwnedMessage message = make_sample(kind_of(VEMRA_MSG_TYPE_JOB_DATA), {1, 0, 0});
     const auto &data = record_of<vemra_job_data>(message);
     EXPECT_EQ(data.hosts_num + data.trees_num + data.conns_num + data.agg_nodes_num, 0U);
     EXPECT_EQ(data.conns, nullptr);
@@ -229,12 +230,12 @@ TEST(Generate, ListsOfSizeZeroAreEmpty) {
 
 // --- Kinds that agree ----------------------------------------------------------------------------
 
-TEST(Generate, SamplesOfOneSeedAndIndexAreOfOneJob) {
+TEST(Samples, SamplesOfOneSeedAndIndexAreOfOneJob) {
     for (uint64_t index = 0; index < 4; ++index) {
         const Sample sample = {5, 8, index};
-        const auto begin = generate(kind_of(VEMRA_MSG_TYPE_BEGIN_JOB), sample);
-        const auto data = generate(kind_of(VEMRA_MSG_TYPE_JOB_DATA), sample);
-        const auto end = generate(kind_of(VEMRA_MSG_TYPE_END_JOB), sample);
+        const auto begin = make_sample(kind_of(VEMRA_MSG_TYPE_BEGIN_JOB), sample);
+        const auto data = make_sample(kind_of(VEMRA_MSG_TYPE_JOB_DATA), sample);
+        const auto end = make_sample(kind_of(VEMRA_MSG_TYPE_END_JOB), sample);
         const uint64_t job_id = record_of<vemra_begin_job>(begin).job_id;
         EXPECT_EQ(record_of<vemra_job_data>(data).job_id, job_id);
         EXPECT_EQ(record_of<vemra_end_job>(end).job_id, job_id);
@@ -248,10 +249,10 @@ TEST(Generate, SamplesOfOneSeedAndIndexAreOfOneJob) {
     }
 }
 
-TEST(Generate, PortsOfAJobAreInTheTopologyOfItsFabric) {
+TEST(Samples, PortsOfAJobAreInTheTopologyOfItsFabric) {
     const Sample sample = {9, 8, 3};
-    const auto begin = generate(kind_of(VEMRA_MSG_TYPE_BEGIN_JOB), sample);
-    const auto reply = generate(kind_of(VEMRA_MSG_TYPE_TOPOLOGY_INFO_REPLY), sample);
+    const auto begin = make_sample(kind_of(VEMRA_MSG_TYPE_BEGIN_JOB), sample);
+    const auto reply = make_sample(kind_of(VEMRA_MSG_TYPE_TOPOLOGY_INFO_REPLY), sample);
     std::set<uint64_t> ports;
     const auto &list = record_of<vemra_topology_info_list>(reply);
     for (uint32_t i = 0; i < list.num_switches; ++i) {
@@ -265,8 +266,8 @@ TEST(Generate, PortsOfAJobAreInTheTopologyOfItsFabric) {
 
 // --- Events --------------------------------------------------------------------------------------
 
-TEST(Generate, EventsComeInTheOrderOfTheirTimes) {
-    const auto reply = generate(kind_of(VEMRA_MSG_TYPE_EVENTS_REPLY), {1, 30, 0});
+TEST(Samples, EventsComeInTheOrderOfTheirTimes) {
+    const auto reply = make_sample(kind_of(VEMRA_MSG_TYPE_EVENTS_REPLY), {1, 30, 0});
     const auto &list = record_of<vemra_event_list>(reply);
     ASSERT_EQ(list.num_event, 30U);
     for (uint32_t i = 1; i < list.num_event; ++i) {

@@ -29,7 +29,7 @@ struct Sample {
 /// seed are of one fabric, and those of one seed and index of one job: its hosts, their port GUIDs
 /// and the job's identifiers agree between kinds. Lists of a size of 0 are empty. `hosts` names
 /// only as many hosts as one line can have.
-OwnedMessage generate(const MessageKind &kind, const Sample &sample);
+OwnedMessage make_sample(const MessageKind &kind, const Sample &sample);
 
 /// A mixed series of samples, without an end: a day of a fabric. Its topology and resources are
 /// asked for, jobs begin, get their data and groups, and end, some with an error or in

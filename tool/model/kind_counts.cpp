@@ -1,4 +1,4 @@
-#include "model/statistics.h"
+#include "model/kind_counts.h"
 
 #include <algorithm>
 #include <bit>
@@ -7,6 +7,7 @@
 #include <unordered_map>
 
 #include "kvt/messages/message_type.h"
+#include "model/columns.h"
 #include "model/fields.h"
 
 namespace kvt_tool {
@@ -130,11 +131,11 @@ uint64_t count_elements(const Record &table, const void *record) {
     return lists != nullptr ? count_elements(*lists, record) : 0;
 }
 
-// --- Statistics ----------------------------------------------------------------------------------
+// --- KindCounts ----------------------------------------------------------------------------------
 
-Statistics::Statistics() : kinds_(VEMRA_MSG_TYPE_LAST + 1) {}
+KindCounts::KindCounts() : kinds_(VEMRA_MSG_TYPE_LAST + 1) {}
 
-void Statistics::add(const MessageKind &kind, const void *record, uint64_t text_bytes) {
+void KindCounts::add(const MessageKind &kind, const void *record, uint64_t text_bytes) {
     std::unique_ptr<Counts> &counts = kinds_[kind.value];
     if (counts == nullptr) {
         counts = std::make_unique<Counts>();
@@ -145,7 +146,7 @@ void Statistics::add(const MessageKind &kind, const void *record, uint64_t text_
     }
 }
 
-void Statistics::merge(const Statistics &other) {
+void KindCounts::merge(const KindCounts &other) {
     for (size_t i = 0; i < kinds_.size(); ++i) {
         if (other.kinds_[i] == nullptr) {
             continue;
@@ -158,7 +159,7 @@ void Statistics::merge(const Statistics &other) {
     }
 }
 
-Statistics::Counts Statistics::total() const {
+KindCounts::Counts KindCounts::total() const {
     Counts sum;
     for (const std::unique_ptr<Counts> &counts : kinds_) {
         if (counts != nullptr) {
@@ -184,11 +185,7 @@ std::string human_size(double bytes) {
 
 namespace {
 
-constexpr size_t columns = 10;
-
-using Line = std::array<std::string, columns>;
-
-Line line_of(std::string name, const SizeHistogram &sizes, uint64_t elements) {
+std::vector<std::string> line_of(std::string name, const SizeHistogram &sizes, uint64_t elements) {
     const auto shown = [&](uint64_t size) {
         return sizes.count() != 0 ? human_size(static_cast<double>(size)) : "-";
     };
@@ -202,25 +199,6 @@ Line line_of(std::string name, const SizeHistogram &sizes, uint64_t elements) {
             shown(sizes.quantile(90)),
             shown(sizes.quantile(99)),
             shown(sizes.largest())};
-}
-
-/// The first column at the left, the numbers at the right.
-std::string aligned(const std::vector<Line> &lines) {
-    std::array<size_t, columns> widths = {};
-    for (const Line &line : lines) {
-        for (size_t i = 0; i < columns; ++i) {
-            widths[i] = std::max(widths[i], line[i].size());
-        }
-    }
-    std::string text;
-    for (const Line &line : lines) {
-        text += line[0] + std::string(widths[0] - line[0].size(), ' ');
-        for (size_t i = 1; i < columns; ++i) {
-            text += std::string(2 + widths[i] - line[i].size(), ' ') + line[i];
-        }
-        text += '\n';
-    }
-    return text;
 }
 
 nlohmann::ordered_json json_of(const SizeHistogram &sizes, uint64_t elements) {
@@ -238,20 +216,23 @@ nlohmann::ordered_json json_of(const SizeHistogram &sizes, uint64_t elements) {
 
 } // namespace
 
-std::string Statistics::table() const {
-    std::vector<Line> lines = {{"KIND", "MESSAGES", "BYTES", "ELEMENTS", "SMALLEST", "MEAN", "50 %",
-                                "90 %", "99 %", "LARGEST"}};
+std::string KindCounts::table() const {
+    std::vector<Columns::Side> sides(10, Columns::Side::right);
+    sides.front() = Columns::Side::left;
+    Columns lines(std::move(sides));
+    lines.add({"KIND", "MESSAGES", "BYTES", "ELEMENTS", "SMALLEST", "MEAN", "50 %", "90 %", "99 %",
+               "LARGEST"});
     for (const MessageKind &kind : message_kinds()) {
         if (const Counts *counts = kinds_[kind.value].get()) {
-            lines.push_back(line_of(kind.name, counts->sizes, counts->elements));
+            lines.add(line_of(kind.name, counts->sizes, counts->elements));
         }
     }
     const Counts sum = total();
-    lines.push_back(line_of("total", sum.sizes, sum.elements));
-    return aligned(lines);
+    lines.add(line_of("total", sum.sizes, sum.elements));
+    return lines.text();
 }
 
-std::string Statistics::json() const {
+std::string KindCounts::json() const {
     nlohmann::ordered_json kinds = nlohmann::ordered_json::object();
     for (const MessageKind &kind : message_kinds()) {
         if (const Counts *counts = kinds_[kind.value].get()) {

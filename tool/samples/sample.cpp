@@ -1,4 +1,4 @@
-#include "samples/generate.h"
+#include "samples/sample.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -172,7 +172,7 @@ OwnedMessage make_sample(const MessageKind &kind, Scene scene) {
     return message;
 }
 
-OwnedMessage generate(const MessageKind &kind, const Sample &sample) {
+OwnedMessage make_sample(const MessageKind &kind, const Sample &sample) {
     const uint32_t size = std::min(sample.size, largest_sample_size);
     return make_sample(kind, Scene(sample.seed, size, sample.index, sample.index));
 }

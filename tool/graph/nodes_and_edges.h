@@ -34,7 +34,7 @@ struct GraphEdge {
     uint64_t count = 1; ///< how many connections it stands for
 };
 
-struct Drawing {
+struct Graph {
     Caption caption;
     std::vector<GraphNode> nodes;
     std::vector<GraphEdge> edges;
@@ -47,13 +47,13 @@ GraphNode absent_node(std::string id, std::string label);
 LegendEntry absent_entry();
 
 /// Makes edges with the same ends and looks one, in the order of their ends.
-void merge_parallel_edges(Drawing &drawing);
+void merge_parallel_edges(Graph &graph);
 
 /// Makes nodes one that look the same and have the same neighbours.
-void fold_twins(Drawing &drawing);
+void fold_twins(Graph &graph);
 
-/// The drawing in DOT: with levels in rows, without levels by forces between the nodes. Folds
+/// The graph in DOT: with levels in rows, without levels by forces between the nodes. Folds
 /// before that, when there are many nodes and `detail` allows it.
-std::string drawing_to_dot(Drawing drawing, Detail detail);
+std::string graph_to_dot(Graph graph, Detail detail);
 
 } // namespace kvt_tool

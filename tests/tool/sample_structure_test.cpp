@@ -14,7 +14,7 @@
 #include "kvt/messages/resource_data.h"
 #include "message_kinds.h"
 #include "samples.h"
-#include "samples/generate.h"
+#include "samples/sample.h"
 
 namespace kvt_tool {
 namespace {
@@ -46,7 +46,7 @@ bool same(const ibv_gid &a, const ibv_gid &b) {
     return std::memcmp(&a, &b, sizeof a) == 0;
 }
 
-TEST(GenerateJobData, AggregationNodesMakeATreeEach) {
+TEST(SampleJobData, AggregationNodesMakeATreeEach) {
     for (const uint32_t size : many_sizes()) {
         const auto message = sample_of(VEMRA_MSG_TYPE_JOB_DATA, size, size);
         const auto &data = record_of<vemra_job_data>(message);
@@ -72,7 +72,7 @@ TEST(GenerateJobData, AggregationNodesMakeATreeEach) {
     }
 }
 
-TEST(GenerateJobData, OfTheLargestSizeHasEveryIdentifierOnce) {
+TEST(SampleJobData, OfTheLargestSizeHasEveryIdentifierOnce) {
     const auto message = sample_of(VEMRA_MSG_TYPE_JOB_DATA, 1, largest_sample_size);
     const auto &data = record_of<vemra_job_data>(message);
     std::set<uint16_t> hosts;
@@ -89,7 +89,7 @@ TEST(GenerateJobData, OfTheLargestSizeHasEveryIdentifierOnce) {
     }
 }
 
-TEST(GenerateJobData, PeersOfTreesAreEachOther) {
+TEST(SampleJobData, PeersOfTreesAreEachOther) {
     const auto message = sample_of(VEMRA_MSG_TYPE_JOB_DATA, 1, 8);
     const auto &data = record_of<vemra_job_data>(message);
     ASSERT_EQ(data.trees_num, 2U);
@@ -100,7 +100,7 @@ TEST(GenerateJobData, PeersOfTreesAreEachOther) {
     EXPECT_EQ(record_of<vemra_job_data>(one).trees[0].peer_tree_id, 0U);
 }
 
-TEST(GenerateJobData, EveryHostIsConnectedToALeafOfEveryTree) {
+TEST(SampleJobData, EveryHostIsConnectedToALeafOfEveryTree) {
     for (const uint32_t size : many_sizes()) {
         const auto message = sample_of(VEMRA_MSG_TYPE_JOB_DATA, size, size);
         const auto &data = record_of<vemra_job_data>(message);
@@ -143,7 +143,7 @@ TEST(GenerateJobData, EveryHostIsConnectedToALeafOfEveryTree) {
     }
 }
 
-TEST(GenerateJobData, ConnectionsHaveAFewChildrenAndAllPlacesOfThem) {
+TEST(SampleJobData, ConnectionsHaveAFewChildrenAndAllPlacesOfThem) {
     for (uint64_t seed = 0; seed < 20; ++seed) {
         const auto message = sample_of(VEMRA_MSG_TYPE_JOB_DATA, seed, 9);
         const auto &data = record_of<vemra_job_data>(message);
@@ -158,12 +158,12 @@ TEST(GenerateJobData, ConnectionsHaveAFewChildrenAndAllPlacesOfThem) {
 
 // --- Reservations --------------------------------------------------------------------------------
 
-TEST(GenerateReservations, OfAListAreTheOwnOneAndThoseBeforeIt) {
+TEST(SampleReservations, OfAListAreTheOwnOneAndThoseBeforeIt) {
     for (const uint64_t index : {0U, 1U, 7U}) {
         const auto own =
-            generate(*kvt_str::find_kind(VEMRA_MSG_TYPE_CREATE_RESERVATION), {3, 20, index});
+            make_sample(*kvt_str::find_kind(VEMRA_MSG_TYPE_CREATE_RESERVATION), {3, 20, index});
         const auto reply =
-            generate(*kvt_str::find_kind(VEMRA_MSG_TYPE_RESERVATION_INFO_REPLY), {3, 20, index});
+            make_sample(*kvt_str::find_kind(VEMRA_MSG_TYPE_RESERVATION_INFO_REPLY), {3, 20, index});
         const auto &list = record_of<vemra_reservation_info_list>(reply);
         const auto &first = record_of<vemra_create_reservation>(own);
         std::set<uint64_t> ports;
@@ -180,10 +180,11 @@ TEST(GenerateReservations, OfAListAreTheOwnOneAndThoseBeforeIt) {
     }
 }
 
-TEST(GenerateReservations, HaveTheSamePortsWhereverTheyAreAlone) {
-    const auto own = generate(*kvt_str::find_kind(VEMRA_MSG_TYPE_CREATE_RESERVATION), {3, 20, 5});
+TEST(SampleReservations, HaveTheSamePortsWhereverTheyAreAlone) {
+    const auto own =
+        make_sample(*kvt_str::find_kind(VEMRA_MSG_TYPE_CREATE_RESERVATION), {3, 20, 5});
     const auto stored =
-        generate(*kvt_str::find_kind(VEMRA_MSG_TYPE_PERSISTENT_RESERVATION_INFO), {3, 20, 5});
+        make_sample(*kvt_str::find_kind(VEMRA_MSG_TYPE_PERSISTENT_RESERVATION_INFO), {3, 20, 5});
     const auto &created = record_of<vemra_create_reservation>(own);
     const auto &info = record_of<vemra_reservation_info>(stored);
     EXPECT_EQ(info.reservation_id, created.reservation_id);
@@ -194,7 +195,7 @@ TEST(GenerateReservations, HaveTheSamePortsWhereverTheyAreAlone) {
 
 // --- Resources -----------------------------------------------------------------------------------
 
-TEST(GenerateResources, LinksAreOfNodesAndAgreeWithThem) {
+TEST(SampleResources, LinksAreOfNodesAndAgreeWithThem) {
     size_t down = 0;
     for (const uint32_t size : many_sizes()) {
         const auto message = sample_of(VEMRA_MSG_TYPE_RESOURCE_DATA, size, size);

@@ -1,4 +1,4 @@
-#include "graph/drawing.h"
+#include "graph/nodes_and_edges.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -13,7 +13,7 @@ namespace {
 /// More nodes than these are folded where they can be.
 constexpr size_t fold_above = 80;
 
-/// How a drawing of some size looks.
+/// How a graph of some size looks.
 struct Scale {
     size_t nodes;
     size_t widest; ///< nodes of the widest level
@@ -27,21 +27,21 @@ struct Scale {
     bool has_counts() const { return edges <= 100; }
 };
 
-std::map<int, std::vector<uint32_t>, std::greater<>> nodes_by_level(const Drawing &drawing) {
+std::map<int, std::vector<uint32_t>, std::greater<>> nodes_by_level(const Graph &graph) {
     std::map<int, std::vector<uint32_t>, std::greater<>> levels;
-    for (uint32_t node = 0; node < drawing.nodes.size(); ++node) {
-        levels[drawing.nodes[node].level].push_back(node);
+    for (uint32_t node = 0; node < graph.nodes.size(); ++node) {
+        levels[graph.nodes[node].level].push_back(node);
     }
     return levels;
 }
 
-Scale scale_of(const Drawing &drawing) {
+Scale scale_of(const Graph &graph) {
     size_t widest = 0;
-    const auto levels = nodes_by_level(drawing);
+    const auto levels = nodes_by_level(graph);
     for (const auto &[level, nodes] : levels) {
         widest = std::max(widest, nodes.size());
     }
-    return {drawing.nodes.size(), widest, drawing.edges.size(),
+    return {graph.nodes.size(), widest, graph.edges.size(),
             levels.empty() || levels.rbegin()->first != no_level};
 }
 
@@ -116,15 +116,15 @@ DotAttributes edge_attributes(const GraphEdge &edge, const Scale &scale, bool le
 
 /// Puts the nodes of each level in one row, and the rows one below the other also where no edge
 /// joins them.
-void write_rows(DotText &text, const Drawing &drawing) {
+void write_rows(DotText &text, const Graph &graph) {
     const std::string *above = nullptr;
-    for (const auto &[level, nodes] : nodes_by_level(drawing)) {
+    for (const auto &[level, nodes] : nodes_by_level(graph)) {
         text.open("", {{"rank", "same"}});
         for (const uint32_t node : nodes) {
-            text.node(drawing.nodes[node].id, {});
+            text.node(graph.nodes[node].id, {});
         }
         text.close();
-        const std::string &first = drawing.nodes[nodes.front()].id;
+        const std::string &first = graph.nodes[nodes.front()].id;
         if (above != nullptr) {
             text.edge(*above, first, {{"style", "invis"}, {"weight", "0"}});
         }
@@ -148,30 +148,30 @@ LegendEntry absent_entry() {
     return {"not in the message", "white", faint_line, "dashed"};
 }
 
-std::string drawing_to_dot(Drawing drawing, Detail detail) {
-    merge_parallel_edges(drawing);
-    if (detail == Detail::by_size && drawing.nodes.size() > fold_above) {
-        fold_twins(drawing);
+std::string graph_to_dot(Graph graph, Detail detail) {
+    merge_parallel_edges(graph);
+    if (detail == Detail::by_size && graph.nodes.size() > fold_above) {
+        fold_twins(graph);
     }
-    const Scale scale = scale_of(drawing);
-    drawing.caption.font_size = static_cast<unsigned>(14 + std::min<size_t>(scale.widest, 500) /
-                                                               (scale.has_levels ? 6 : 20));
-    DotText text(drawing.caption, graph_attributes(scale));
+    const Scale scale = scale_of(graph);
+    graph.caption.font_size = static_cast<unsigned>(14 + std::min<size_t>(scale.widest, 500) /
+                                                             (scale.has_levels ? 6 : 20));
+    DotText text(graph.caption, graph_attributes(scale));
     text.defaults("node", {{"fontsize", scale.is_small() ? "11" : "8"},
                            {"margin", scale.is_small() ? "\"0.08,0.04\"" : "\"0.03,0.02\""},
                            {"width", "0.1"},
                            {"height", "0.1"},
                            {"color", quoted(plain_line)}});
     text.defaults("edge", {{"dir", "none"}, {"fontsize", "9"}, {"fontcolor", quoted(plain_line)}});
-    for (const GraphNode &node : drawing.nodes) {
+    for (const GraphNode &node : graph.nodes) {
         text.node(node.id, node_attributes(node, scale));
     }
     if (scale.has_levels) {
-        write_rows(text, drawing);
+        write_rows(text, graph);
     }
-    for (const GraphEdge &edge : drawing.edges) {
-        const GraphNode *upper = &drawing.nodes[edge.from];
-        const GraphNode *lower = &drawing.nodes[edge.to];
+    for (const GraphEdge &edge : graph.edges) {
+        const GraphNode *upper = &graph.nodes[edge.from];
+        const GraphNode *lower = &graph.nodes[edge.to];
         if (upper->level < lower->level) {
             std::swap(upper, lower);
         }

@@ -10,7 +10,7 @@
 #include "kvt/messages/topology.h"
 #include "message_kinds.h"
 #include "samples.h"
-#include "samples/generate.h"
+#include "samples/sample.h"
 
 namespace kvt_tool {
 namespace {
@@ -19,7 +19,7 @@ std::set<uint32_t> peers_of(const vemra_topology_switch_info &info) {
     return {info.peer_ids, info.peer_ids + info.num_peer_ids};
 }
 
-TEST(GenerateTopology, PeersAreSymmetric) {
+TEST(SampleTopology, PeersAreSymmetric) {
     for (const uint32_t size : many_sizes()) {
         const auto message = sample_of(VEMRA_MSG_TYPE_TOPOLOGY_INFO_REPLY, 1, size);
         const auto &list = record_of<vemra_topology_info_list>(message);
@@ -36,7 +36,7 @@ TEST(GenerateTopology, PeersAreSymmetric) {
     }
 }
 
-TEST(GenerateTopology, EverySwitchReachesEveryOther) {
+TEST(SampleTopology, EverySwitchReachesEveryOther) {
     for (const uint32_t size : many_sizes()) {
         const auto message = sample_of(VEMRA_MSG_TYPE_TOPOLOGY_INFO_REPLY, 2, size);
         const auto &list = record_of<vemra_topology_info_list>(message);
@@ -55,7 +55,7 @@ TEST(GenerateTopology, EverySwitchReachesEveryOther) {
     }
 }
 
-TEST(GenerateTopology, SmallOnesHaveTwoLevels) {
+TEST(SampleTopology, SmallOnesHaveTwoLevels) {
     const auto message = sample_of(VEMRA_MSG_TYPE_TOPOLOGY_INFO_REPLY, 1, 5);
     const auto &list = record_of<vemra_topology_info_list>(message);
     std::vector<std::string> names;
@@ -68,7 +68,7 @@ TEST(GenerateTopology, SmallOnesHaveTwoLevels) {
     EXPECT_EQ(list.switches[4].num_port_guids, 0U);
 }
 
-TEST(GenerateTopology, LargeOnesHaveThreeLevels) {
+TEST(SampleTopology, LargeOnesHaveThreeLevels) {
     const auto message = sample_of(VEMRA_MSG_TYPE_TOPOLOGY_INFO_REPLY, 1, 40);
     const auto &list = record_of<vemra_topology_info_list>(message);
     std::map<std::string, unsigned> levels;
