@@ -17,8 +17,9 @@ using namespace kvt_test;
 using namespace kvt_str;
 
 const MessageKind &random_kind(Random &random) {
+    const MessageKinds kinds = message_kinds();
     for (;;) {
-        const MessageKind &kind = message_kinds()[below(random, message_kinds().size())];
+        const MessageKind &kind = kinds.first[below(random, kinds.count)];
         if (kind.record != nullptr) {
             return kind;
         }

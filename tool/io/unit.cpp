@@ -8,14 +8,16 @@ namespace {
 
 constexpr size_t block_size = 1 << 20;
 
-uint64_t lines_of(const char *text, size_t length) {
-    return static_cast<uint64_t>(std::count(text, text + length, '\n'));
-}
-
 } // namespace
 
-uint64_t UnitBatch::count_lines(size_t from, size_t to) const {
-    return lines_of(text_.data() + from, to - from);
+void TextPlace::add(std::string_view part) {
+    const size_t newline = part.rfind('\n');
+    if (newline != std::string_view::npos) {
+        line += static_cast<uint64_t>(std::ranges::count(part, '\n'));
+        column = 1;
+        part.remove_prefix(newline + 1);
+    }
+    column += part.size();
 }
 
 UnitReader::UnitReader(InputFile &input)
@@ -41,19 +43,19 @@ UnitReader::take(size_t length, std::vector<std::pair<size_t, size_t>> parts, bo
     auto batch = std::make_unique<UnitBatch>();
     batch->input_ = name_;
     batch->parts_ = std::move(parts);
-    batch->first_line_ = line_;
+    batch->place_ = place_;
     batch->offset_ = offset_;
     batch->is_cut_ = is_cut;
     std::string rest = pending_.substr(length);
     pending_.resize(length);
     batch->text_ = std::exchange(pending_, std::move(rest));
-    line_ += lines_of(batch->text_.data(), length);
+    place_.add(batch->text_);
     offset_ += length;
     return batch;
 }
 
 void UnitReader::drop(size_t length) {
-    line_ += lines_of(pending_.data(), length);
+    place_.add(std::string_view(pending_).substr(0, length));
     offset_ += length;
     pending_.erase(0, length);
 }

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -11,15 +12,25 @@
 
 namespace kvt_tool {
 
+/// A place in a text, counted from 1; the column in bytes.
+struct TextPlace {
+    uint64_t line = 1;
+    uint64_t column = 1;
+
+    /// Goes on to after a part of the text.
+    void add(std::string_view part);
+};
+
 /// A part of an input. It begins where a message begins, or holds what stands outside of messages.
 /// As a rule it is one message with the empty lines after it.
 struct Unit {
-    const std::string &input; ///< its name, as it is shown
-    const char *text;         ///< ends with a NUL
-    size_t length;            ///< can be more than up to the first NUL
-    uint64_t first_line;      ///< of the input, counted from 1
-    uint64_t offset;          ///< in the input, in bytes
-    bool is_cut;              ///< only the beginning is kept of text outside of messages
+    const std::string &input;  ///< its name, as it is shown
+    const char *text;          ///< ends with a NUL
+    size_t length;             ///< can be more than up to the first NUL
+    uint64_t first_line;       ///< of the input, counted from 1
+    uint64_t offset;           ///< in the input, in bytes
+    bool is_cut;               ///< only the beginning is kept of text outside of messages
+    uint64_t first_column = 1; ///< of its first line, in bytes, counted from 1
 };
 
 /// Some units that follow each other.
@@ -27,15 +38,16 @@ class UnitBatch {
 public:
     /// Calls `work(const Unit &)` for each unit.
     template <typename Work> void for_each(Work work) {
-        uint64_t line = first_line_;
+        TextPlace place = place_;
         size_t counted = 0;
         for (const auto &[start, end] : parts_) {
-            line += count_lines(counted, start);
+            place.add({text_.data() + counted, start - counted});
             counted = start;
             // The unit's text ends here for as long as it is looked at.
             const char after = text_[end];
             text_[end] = '\0';
-            work(Unit{*input_, text_.data() + start, end - start, line, offset_ + start, is_cut_});
+            work(Unit{*input_, text_.data() + start, end - start, place.line, offset_ + start,
+                      is_cut_, place.column});
             text_[end] = after;
         }
     }
@@ -45,12 +57,10 @@ public:
 private:
     friend class UnitReader;
 
-    uint64_t count_lines(size_t from, size_t to) const;
-
     std::shared_ptr<const std::string> input_;
     std::string text_;
     std::vector<std::pair<size_t, size_t>> parts_; ///< of the text: the begin and end of each unit
-    uint64_t first_line_ = 1;
+    TextPlace place_;
     uint64_t offset_ = 0;
     bool is_cut_ = false;
 };
@@ -82,7 +92,7 @@ protected:
 private:
     InputFile &input_;
     std::shared_ptr<const std::string> name_;
-    uint64_t line_ = 1;
+    TextPlace place_;
     uint64_t offset_ = 0;
 };
 

@@ -1,68 +1,126 @@
 #include "json/json_stream.h"
 
+#include <algorithm>
 #include <string_view>
-#include <utility>
-#include <vector>
+
+#include "json/parse_json.h"
 
 namespace kvt_tool {
 
-namespace {
-
-bool is_space(char character) {
-    return character == ' ' || character == '\t' || character == '\n' || character == '\r';
+bool JsonStream::LineStart::add(char character) {
+    if (character == '\n') {
+        *this = {};
+        return false;
+    }
+    if (!blank) {
+        return false;
+    }
+    blank = is_json_blank(character);
+    blanks += blank ? 1 : 0;
+    return character == '{' && blanks <= most_blanks;
 }
-
-} // namespace
 
 /// Skips what stands between values. False when no value begins in what has been read.
 bool JsonStream::skip_to_value(size_t &at) {
     for (; at < pending_.size(); ++at) {
         const char character = pending_[at];
-        if (at_beginning_ && character == '[') {
-            in_list_ = true;
-            at_beginning_ = false;
-        } else if (in_list_ && character == ']') {
-            in_list_ = false;
-        } else if (!is_space(character) && !(in_list_ && character == ',')) {
-            at_beginning_ = false;
+        if (lost_) {
+            lost_ = !line_.add(character);
+            if (!lost_) {
+                return true;
+            }
+        } else if (character == (in_list_ ? ']' : '[')) {
+            in_list_ = !in_list_;
+        } else if (!is_json_blank(character) && !(in_list_ && character == ',')) {
             return true;
         }
     }
     return false;
 }
 
-/// Goes on to the end of the value. False when it is not in what has been read.
-bool JsonStream::find_end(Scan &scan) const {
+/// Takes a character of a value that stands in none of its strings. `whole` is said at what comes
+/// after the value.
+JsonStream::End JsonStream::take_outside_of_strings(Scan &scan, char character) const {
+    const bool in_object = (scan.objects & 1) != 0;
+    const bool at_begin = scan.at == scan.begin;
+    const bool is_opening = character == '{' || character == '[';
+    const bool is_closing = character == '}' || character == ']';
+    const bool is_separator = character == ',' || character == ':';
+    if (scan.depth == 0 && !at_begin &&
+        (is_opening || is_closing || is_separator || character == '"' ||
+         is_json_blank(character))) {
+        return End::whole; // of a number or a word: no message, as the parser will say
+    }
+    if (is_json_blank(character)) {
+        return End::not_read;
+    }
+    const char last = scan.last;
+    scan.last = character;
+    if (is_opening) {
+        const bool is_allowed =
+            at_begin || last == ':' || last == '[' || (last == ',' && !in_object);
+        if (!is_allowed || scan.depth == deepest_json) {
+            return End::broken;
+        }
+        ++scan.depth;
+        scan.objects = scan.objects << 1 | (character == '{' ? 1 : 0);
+    } else if (is_closing) {
+        if (scan.depth == 0 || in_object != (character == '}')) {
+            return End::broken;
+        }
+        --scan.depth;
+        scan.objects >>= 1;
+        if (scan.depth == 0) {
+            ++scan.at;
+            return End::whole;
+        }
+    } else if (character == '"') {
+        scan.in_string = true;
+        return at_begin || last == ':' || last == ',' || last == '[' || last == '{' ? End::not_read
+                                                                                    : End::broken;
+    } else if (is_separator && scan.depth == 0) {
+        return End::broken;
+    }
+    return End::not_read;
+}
+
+/// Goes on to the end of the value.
+JsonStream::End JsonStream::find_end(Scan &scan) const {
     for (; scan.at < pending_.size(); ++scan.at) {
         const char character = pending_[scan.at];
-        if (character == '\n') {
-            // On a line of its own, and with its first key beside the brace, begins a new message:
-            // one that is broken does not take those after it along.
-            if (scan.at + 2 >= pending_.size() && !ended_) {
-                return false;
+        if (!scan.in_string) {
+            if (scan.line.add(character) && scan.message == 0) {
+                scan.message = scan.at;
             }
-            if (scan.depth == 0 || pending_.compare(scan.at + 1, 2, "{\"") == 0) {
-                return true;
+            const End end = take_outside_of_strings(scan, character);
+            if (end != End::not_read) {
+                return end;
             }
-        } else if (scan.in_string) {
+        } else if (character == '\n') {
+            scan.line = {};
+            return End::broken;
+        } else {
             scan.in_string = scan.escaped || character != '"';
             scan.escaped = !scan.escaped && character == '\\';
-        } else if (character == '"') {
-            scan.in_string = true;
-        } else if (character == '{' || character == '[') {
-            ++scan.depth;
-        } else if (scan.depth > 0) {
-            scan.depth -= character == '}' || character == ']' ? 1 : 0;
-            if (scan.depth == 0) {
+            if (!scan.in_string && scan.depth == 0) {
                 ++scan.at;
-                return true;
+                return End::whole;
             }
-        } else if (scan.at > scan.begin &&
-                   (is_space(character) || (in_list_ && (character == ',' || character == ']')))) {
-            return true; // a number, a word or a string: no message, as the parser will say
         }
     }
-    return ended_;
+    const bool is_word = scan.depth == 0 && !scan.in_string;
+    return !ended_ ? End::not_read : is_word ? End::whole : End::broken;
+}
+
+/// Where a value ends that is broken: before a message that seems to begin within it, else where it
+/// cannot go on.
+size_t JsonStream::end_of_broken(const Scan &scan) {
+    if (scan.message != 0) {
+        return scan.message;
+    }
+    lost_ = true;
+    line_ = scan.line;
+    return std::min(scan.at + 1, pending_.size());
 }
 
 /// A list that is not closed is a value that the parser will not take.
@@ -79,41 +137,39 @@ std::unique_ptr<UnitBatch> JsonStream::next() {
     if (at_beginning_ && pending_.starts_with(byte_order_mark)) {
         drop(byte_order_mark.size());
     }
+    at_beginning_ = false;
     std::vector<std::pair<size_t, size_t>> parts;
-    Scan scan;
+    size_t at = 0;
     for (;;) {
-        size_t begin = scan.at;
-        if (!skip_to_value(begin)) {
+        if (!skip_to_value(at)) {
             if (!parts.empty()) {
-                return take(begin, std::move(parts));
+                return take(at, std::move(parts));
             }
-            if (ended_) {
+            drop(at);
+            at = 0;
+            if (ended_ || !read_more()) {
                 break;
             }
-            drop(begin);
-            scan = {};
-            read_more();
             continue;
         }
-        scan = {.begin = begin, .at = begin};
-        bool found = find_end(scan);
-        while (!found && parts.empty() && usable()) {
-            read_more();
-            found = find_end(scan);
+        Scan scan{.begin = at, .at = at};
+        End end = find_end(scan);
+        while (end == End::not_read && parts.empty()) {
+            read_more(); // at the end of the input a value ends, too
+            end = find_end(scan);
         }
-        if (!found) {
-            break; // the next batch begins with it
+        if (end == End::not_read) {
+            return take(at, std::move(parts)); // the next batch begins with it
         }
-        parts.emplace_back(begin, scan.at);
+        if (!usable()) {
+            return nullptr;
+        }
+        const size_t after = end == End::whole ? scan.at : end_of_broken(scan);
+        parts.emplace_back(at, after);
+        at = after;
     }
-    if (!usable()) {
-        return nullptr;
-    }
-    if (parts.empty()) {
-        return in_list_ ? take_open_list() : nullptr;
-    }
-    const size_t length = parts.back().second;
-    return take(length, std::move(parts));
+    // Of a list in which a value is broken, the end may have been passed over.
+    return usable() && in_list_ && !lost_ ? take_open_list() : nullptr;
 }
 
 } // namespace kvt_tool

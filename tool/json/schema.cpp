@@ -29,7 +29,10 @@ Json value_definitions() {
                            {{{"type", "integer"}, {"minimum", INT32_MIN}, {"maximum", INT32_MAX}},
                             {{"type", "string"}, {"pattern", "^-?[0-9]{1,10}$"}}}}};
     definitions["real"] = {
-        {"anyOf", {{{"type", "number"}}, {{"enum", {"NaN", "-NaN", "Infinity", "-Infinity"}}}}}};
+        {"anyOf",
+         {{{"type", "number"}},
+          {{"type", "string"},
+           {"pattern", "^(-?[0-9]+(\\.[0-9]+)?([eE][+-]?[0-9]+)?|-?NaN|-?Infinity)$"}}}}};
     definitions["text"] = {
         {"description", "a text that is no UTF-8 is an object with its bytes"},
         {"anyOf",

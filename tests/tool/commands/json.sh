@@ -53,26 +53,70 @@ same "every message is valid by it, and nothing else" "$(wc -l <all.json) 0" "$o
 
 printf '{"type":"END_JOB","end_job":{"job_id":1}}\n{"type":\n"END_JOB","end_job":{"job_id":"x"}}\n{broken\n{"type":"END_JOB","end_job":{"job_id":2}}\n' >some_bad.json
 run kvt from-json some_bad.json
-same "what is wrong is said with its line" '1 some_bad.json:2: end_job.job_id: "x" is not a whole number of at most 64 bits
-some_bad.json:4:' "$status ${err%%:4: *}:4:"
+same "what is wrong is said with its line and column" '1 some_bad.json:3:31: end_job.job_id: "x" is not a whole number; a string holds digits, or 0x and hexadecimal digits
+some_bad.json:4:2: a key in double quotes belongs here' "$status $err"
 same "the others are converted" "2" "$(grep -c job_id <<<"$out")"
-printf '%s' '{"type":"JOB_ERROR","job_error":{"job_id":5,"description":"a\"\n  }\n}\nmsg {\n  type: JOB_ERROR\n  job_error {\n    job_id: 7\n    error: 0\n    type: 0\n    description: \"b"}}' >two_in_one.json
-printf '{"type":"JOB_ERROR","job_error":{"description":"a\\"b"}}' >quote.json
-for file in quote.json two_in_one.json; do
-    run kvt from-json "$file"
-    same "what could not be read back is left out, and said: $file" \
-        "1 $file:1: the message could not be read back: " "$status ${err%%back: *}back: $out"
+
+# from_json WHAT EXPECTED JSON: what is said of it and printed, after the exit status
+from_json() {
+    printf '%s' "$3" >some.json
+    run kvt from-json -j "$((RANDOM % 2 + 1))" some.json
+    same "$1" "$2" "$status $err$out"
+}
+# job_error DESCRIPTION, begin_job PERCENTAGE
+job_error() {
+    printf '{"type":"JOB_ERROR","job_error":{"job_id":5,"description":%s}}' "$1"
+}
+begin_job() {
+    printf '{"type":"BEGIN_JOB","begin_job":{"quota_percentage":%s}}' "$1"
+}
+at="some.json:1:59: job_error.description: a text cannot hold"
+from_json "a quote" "1 $at a double quote, which is its byte 2; replace it" "$(job_error '"a\"b"')"
+from_json "a quote in hexadecimal" "1 $at a double quote, which is its byte 1; replace it" \
+    "$(job_error '{"hex":"22"}')"
+from_json "a newline" "1 $at a newline, which is its byte 1; replace it" "$(job_error '"\nb"')"
+from_json "a brace" "1 $at a brace, which is its byte 3; replace it" "$(job_error '"ab}"')"
+from_json "two messages in one" "1 $at a double quote, which is its byte 2; replace it" \
+    "$(job_error '"a\"\n  }\n}\nmsg {\n  type: JOB_ERROR\n  job_error {\n    description: \"b"')"
+for share in "12.3456789 12.3457" "16777217 1.67772e+07" "3.4028235e38 3.40282e+38"; do
+    read -r number written <<<"$share"
+    from_json "a float with more digits than are written: $number" \
+        "1 some.json:1:53: begin_job.quota_percentage: $number would be written as $written; six digits are kept, so round it" \
+        "$(begin_job "$number")"
 done
-for share in "12.3456789 12.345679 12.3457" "16777217 16777216 16777200" "3.4028235e38 3.4028235e+38 3.40282e+38"; do
-    read -r number kept written <<<"$share"
-    run bash -c "echo '{\"type\":\"BEGIN_JOB\",\"begin_job\":{\"quota_percentage\":$number}}' | kvt from-json"
-    same "a float with more digits than are written: $number" \
-        "1 (standard input):1: the message could not be read back: begin_job.quota_percentage: $kept would be $written" \
-        "$status $err$out"
+from_json "a float that is too small" \
+    "1 some.json:1:53: begin_job.quota_percentage: 1e-46 does not fit into a float of 32 bits" \
+    "$(begin_job 1e-46)"
+printf '%s' "$(begin_job '"12.5"')" >some.json
+run kvt from-json some.json
+same "a float in a string" "    quota_percentage: 12.5" "$(grep quota_percentage <<<"$out")"
+
+two='msg {
+  type: END_JOB
+  end_job {
+    job_id: 1
+  }
+}
+
+msg {
+  type: RELEASE_GROUPS
+  release_groups {
+    num_groups: 1
+    groups {
+      group_id: 2
+      tree_id: 3
+    }
+  }
+}'
+first='{"type":"END_JOB","end_job":{"job_id":1}}'
+second=$'{"type":"RELEASE_GROUPS","release_groups":{"groups":[\n{"group_id":2,\n"tree_id":3}]}}'
+for list in "$first$second" "[$first,$second]" $'[\n'"$first"$'\n,\n'"$second"$'\n]\n' \
+    $'[\r\n'"$first,"$'\r\n\t'"$second"$'\r\n]' "[$first][$second]" $'\xEF\xBB\xBF'"$first $second"; do
+    from_json "any layout of white space" "0 $two" "$list"
 done
-run bash -c "echo '{\"type\":\"BEGIN_JOB\",\"begin_job\":{\"quota_percentage\":1e-46}}' | kvt from-json"
-same "a float that is too small" "1 (standard input):1: begin_job.quota_percentage: 1e-46 does not fit into 32 bits" "$status $err"
-for text in '[' '[{"type":"END_JOB","end_job":{"job_id":1}},'; do
-    run bash -c "printf '%s' '$text' | kvt from-json"
-    same "a list that is cut off: $text" 1 "$status"
-done
+from_json "a list that is not closed" '1 some.json:1:2: this list is not closed: "]" is missing' '['
+printf '[%s,\n' "$first" >some.json
+run kvt from-json some.json
+same "a list that is cut off" '1 some.json:2:1: this list is not closed: "]" is missing' "$status $err"
+run kvt from-json /dev/null
+same "no messages" "0 " "$status $out$err"
