@@ -1,4 +1,4 @@
-#include "diff_promise.h"
+#include "tool/diff_promise.h"
 
 #include <algorithm>
 #include <map>

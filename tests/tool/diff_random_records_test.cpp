@@ -10,7 +10,6 @@
 #include <vector>
 
 #include "diff/diff_records.h"
-#include "diff_promise.h"
 #include "engine/element_size.h"
 #include "engine/member.h"
 #include "io/messages.h"
@@ -19,6 +18,7 @@
 #include "samples/generate.h"
 #include "support/messages.h"
 #include "support/random_records.h"
+#include "tool/diff_promise.h"
 
 namespace kvt_tool {
 namespace {
