@@ -76,6 +76,10 @@ _kvt() {
         _kvt_offer $'decimal\nhex'
         return
         ;;
+    diff:--guid)
+        _kvt_offer $'hex\ndec'
+        return
+        ;;
     graph:-T | graph:--format)
         _kvt_offer $'dot\nsvg\npng\npdf'
         return
@@ -89,7 +93,7 @@ _kvt() {
         return
         ;;
     check:-j | fmt:-j | json:-j | from-json:-j | show:-j | stat:-j | *:--jobs | graph:-m | \
-        graph:--message | gen:-n | gen:--seed | gen:--size | gen:--count)
+        graph:--message | diff:--ignore | gen:-n | gen:--seed | gen:--size | gen:--count)
         COMPREPLY=()
         return
         ;;
@@ -98,9 +102,10 @@ _kvt() {
     if [[ $cur == -?* ]]; then
         case $command in
         check) options=$'--format\n--quiet\n--only\n--ignore\n--list\n--jobs\n-q\n-j' ;;
-        fmt) options=$'--in-place\n--check\n--lossy\n--verbose\n--jobs\n-i\n-v\n-j' ;;
+        fmt) options=$'--in-place\n--check\n--diff\n--lossy\n--verbose\n--jobs\n-i\n-v\n-j' ;;
         json) options=$'--lines\n--plain-numbers\n--guid\n--schema\n--jobs\n-l\n-j' ;;
         from-json) options=$'--jobs\n-j' ;;
+        diff) options=$'--brief\n--json\n--ignore\n--guid' ;;
         graph) options=$'--format\n--output\n--message\n--all-nodes\n-T\n-o\n-m' ;;
         show) options=$'--with-paths\n--jobs\n-p\n-j' ;;
         stat) options=$'--json\n--jobs\n-j' ;;

@@ -40,7 +40,7 @@ public:
         const std::string text = kvt_test::message_text(kind_name, block + "}\n");
         kvt_msg_from_str(0, 0, text.c_str(), &record);
         const MessageKind *kind = kvt_str::find_kind(kind_name);
-        return Message{kind, OwnedRecord(record, ReleaseRecord{kind}), name_, read_, 100};
+        return Message{{*kind, record}, name_, read_, 100};
     }
 
     size_t read() const { return read_; }
@@ -217,33 +217,87 @@ TEST(DiffMessages, AreCounted) {
     EXPECT_TRUE(DiffSummary().all_equal());
 }
 
-std::string text_of_diff(const std::string &words_a, const std::string &words_b, bool colours) {
+/// Messages of which one field is not compared.
+class IgnoringWords : public Words {
+public:
+    IgnoringWords(const char *name, const std::string &words, const char *ignored)
+        : Words(name, words), paths_{std::get<FieldPath>(FieldPath::parse(ignored))} {}
+
+    std::optional<Message> next() override {
+        std::optional<Message> message = Words::next();
+        if (message.has_value()) {
+            message->ignored.add(paths_, message->kind(), message->record());
+        }
+        return message;
+    }
+
+private:
+    std::vector<FieldPath> paths_;
+};
+
+TEST(DiffMessages, AreEqualWhereOnlyIgnoredFieldsDiffer) {
+    IgnoringWords a("a", words_from(1, 500, ":1"), "reservation_id");
+    IgnoringWords b("b", words_from(1, 500, ":2"), "reservation_id");
+    const DiffSummary summary = diff_messages(a, b, [&](const MessageDifference &) { FAIL(); });
+    EXPECT_EQ(summary.equal, 500U);
+    EXPECT_TRUE(summary.all_equal());
+}
+
+TEST(DiffMessages, AreMatchedByWhatIsNotIgnored) {
+    IgnoringWords a("a", "E1:1 E2:1", "reservation_id");
+    IgnoringWords b("b", "E3:1 E1:2 E2:3", "reservation_id");
+    uint64_t line = 0;
+    const DiffSummary summary = diff_messages(
+        a, b, [&](const MessageDifference &difference) { line = difference.b->first_line; });
+    EXPECT_EQ(line, 1U);
+    EXPECT_EQ(summary.equal, 2U);
+    EXPECT_EQ(summary.only_in_b, 1U);
+}
+
+std::string text_of_diff(const std::string &words_a, const std::string &words_b,
+                         const DiffForm &form = {}) {
     Words a("a.kvt", words_a);
     Words b("b.kvt", words_b);
     std::string text;
     diff_messages(a, b, [&](const MessageDifference &difference) {
-        text += difference_text(difference, colours);
+        text += difference_text(difference, form);
     });
     return text;
 }
 
 TEST(DiffText, NamesMessagesAndPlaces) {
-    EXPECT_EQ(text_of_diff("E1 E5:2 E6 S1", "E5:4 E7 S2", false),
-              "only in a.kvt:1: END_JOB job_id 1\n"
-              "END_JOB job_id 5: a.kvt:2, b.kvt:1\n"
-              "  reservation_id: 2 -> 4\n"
-              "only in a.kvt:3: END_JOB job_id 6\n"
-              "only in b.kvt:2: END_JOB job_id 7\n"
-              "AM_SIGNAL: a.kvt:4, b.kvt:3\n"
-              "  flags: 1 -> 2\n");
+    EXPECT_EQ(text_of_diff("E1 E5:2 E6 S1", "E5:4 E7 S2"), "only in a.kvt:1: END_JOB job_id 1\n"
+                                                           "END_JOB job_id 5: a.kvt:2, b.kvt:1\n"
+                                                           "  reservation_id: 2 -> 4\n"
+                                                           "only in a.kvt:3: END_JOB job_id 6\n"
+                                                           "only in b.kvt:2: END_JOB job_id 7\n"
+                                                           "AM_SIGNAL: a.kvt:4, b.kvt:3\n"
+                                                           "  flags: 1 -> 2\n");
 }
 
 TEST(DiffText, HasColoursWhereTheyAreWanted) {
-    EXPECT_EQ(text_of_diff("E1 E5:2", "E5:4 E7", true),
+    EXPECT_EQ(text_of_diff("E1 E5:2", "E5:4 E7", {.colours = true}),
               "\x1B[31monly in a.kvt:1: END_JOB job_id 1\x1B[0m\n"
               "END_JOB job_id 5: a.kvt:2, b.kvt:1\n"
               "  \x1B[33mreservation_id: 2 -> 4\x1B[0m\n"
               "\x1B[32monly in b.kvt:2: END_JOB job_id 7\x1B[0m\n");
+}
+
+TEST(DiffText, IsOneLineForAPairWhereItIsBrief) {
+    EXPECT_EQ(text_of_diff("E1 E5:2 E6", "E5:4 E6", {.brief = true}),
+              "only in a.kvt:1: END_JOB job_id 1\n"
+              "END_JOB job_id 5: a.kvt:2, b.kvt:1: 1 difference\n");
+}
+
+TEST(DiffText, SumsUp) {
+    EXPECT_EQ(summary_text(
+                  {.equal = 37, .differing = 2, .differences = 5, .only_in_a = 1, .only_in_b = 3},
+                  "a.kvt", "b.kvt"),
+              "messages: 2 differ in 5 places, 1 only in a.kvt, 3 only in b.kvt, 37 equal\n");
+    EXPECT_EQ(summary_text({.differing = 1, .differences = 1}, "a.kvt", "b.kvt"),
+              "messages: 1 differs in 1 place, 0 equal\n");
+    EXPECT_EQ(summary_text({.equal = 2, .only_in_b = 1}, "a.kvt", "b.kvt"),
+              "messages: 1 only in b.kvt, 2 equal\n");
 }
 
 TEST(Align, PrefersEqualElements) {

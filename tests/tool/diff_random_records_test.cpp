@@ -1,15 +1,24 @@
 // What is told of random records: nothing of equal ones, and just the field that has changed.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
+#include <memory>
+#include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "diff/diff_records.h"
 #include "engine/element_size.h"
 #include "engine/member.h"
+#include "io/messages.h"
+#include "model/owned_message.h"
+#include "model/write_text.h"
+#include "samples/generate.h"
 #include "support/messages.h"
 #include "support/random_records.h"
+#include "tool/diff_promise.h"
 
 namespace kvt_tool {
 namespace {
@@ -19,7 +28,7 @@ using namespace kvt_str;
 std::string paths_of(const std::vector<Difference> &differences) {
     std::string paths;
     for (const Difference &difference : differences) {
-        paths += difference.path + "\n";
+        paths += difference.place().path + "\n";
     }
     return paths;
 }
@@ -131,11 +140,78 @@ TEST(DiffOfRandomRecords, IsTheOneFieldThatHasChanged) {
             leaf.change();
             const std::vector<Difference> found = diff_records(*kind.record, a.get(), b.get());
             ASSERT_EQ(found.size(), 1U) << leaf.path << "\n" << paths_of(found);
-            EXPECT_EQ(found[0].path, leaf.path);
+            EXPECT_EQ(found[0].a.path, leaf.path);
+            EXPECT_EQ(found[0].b.path, leaf.path);
             EXPECT_EQ(found[0].what, Difference::What::changed);
-            EXPECT_NE(found[0].before, found[0].after);
         }
     }
+}
+
+/// The message of a text that was changed, as far as it is one; null when it is none.
+std::unique_ptr<OwnedMessage> read_changed(const std::string &text) {
+    static const std::string name = "text";
+    std::unique_ptr<OwnedMessage> read;
+    read_messages({name, text.c_str(), text.size(), 1, 0, false}, [&](ReadMessage &message) {
+        if (read == nullptr) {
+            read = std::make_unique<OwnedMessage>(message.kind,
+                                                  std::exchange(message.record, nullptr));
+        }
+    });
+    return read;
+}
+
+std::vector<std::string> lines_of(const std::string &text) {
+    std::vector<std::string> lines;
+    std::istringstream stream(text);
+    for (std::string line; std::getline(stream, line);) {
+        lines.push_back(line + "\n");
+    }
+    return lines;
+}
+
+/// Drops, moves or copies some of several lines, which may be whole blocks.
+void change_lines(std::vector<std::string> &lines, kvt_test::Random &random) {
+    const auto at = [&](size_t i) {
+        return lines.begin() + static_cast<std::ptrdiff_t>(i);
+    };
+    const size_t begin = kvt_test::below(random, lines.size());
+    const size_t end = std::min(lines.size(), begin + 1 + kvt_test::below(random, 12));
+    const std::vector<std::string> some(at(begin), at(end));
+    const size_t way = kvt_test::below(random, 3);
+    if (way != 0) {
+        lines.erase(at(begin), at(end));
+    }
+    if (way != 1) {
+        const size_t place = kvt_test::below(random, lines.size() + 1);
+        lines.insert(at(place), some.begin(), some.end());
+    }
+}
+
+TEST(DiffOfRandomRecords, KeepsItsPromiseWhateverBecomesOfTheText) {
+    kvt_test::Random random(4);
+    size_t compared = 0;
+    for (const MessageKind &kind : message_kinds()) {
+        for (uint64_t i = 0; kind.record != nullptr && i < 200; ++i) {
+            const OwnedMessage a = generate(kind, {i, static_cast<uint32_t>(2 + i % 9), i});
+            std::string text;
+            ASSERT_TRUE(add_text(kind, a.record(), text));
+            std::vector<std::string> lines = lines_of(text);
+            for (size_t changes = 1 + kvt_test::below(random, 3); changes != 0 && !lines.empty();
+                 --changes) {
+                change_lines(lines, random);
+            }
+            text.clear();
+            for (const std::string &line : lines) {
+                text += line;
+            }
+            const auto b = read_changed(text);
+            if (b != nullptr && &b->kind() == &kind) {
+                ++compared;
+                ASSERT_EQ(kvt_test::broken_diff_promise(kind, a.record(), b->record()), "") << text;
+            }
+        }
+    }
+    EXPECT_GT(compared, 1000U);
 }
 
 } // namespace

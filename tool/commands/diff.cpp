@@ -4,6 +4,8 @@
 #include <memory>
 #include <string>
 #include <utility>
+#include <variant>
+#include <vector>
 
 #include "commands/command_line.h"
 #include "diff/diff_messages.h"
@@ -12,17 +14,28 @@
 #include "io/output.h"
 #include "io/problems.h"
 #include "io/unread.h"
+#include "model/identity.h"
+#include "json/to_json.h"
 
 namespace kvt_tool {
 
 namespace {
 
+struct DiffOptions {
+    std::string a;
+    std::string b;
+    std::vector<FieldPath> ignored;
+    bool json = false;
+    std::string guids; ///< hex, dec, or nothing for what is usual
+    DiffForm form;
+};
+
 /// The messages of an input. What cannot be read of it is said on the way.
 class InputMessages : public MessageSource {
 public:
-    explicit InputMessages(const std::string &name)
-        : input_(name), stream_(input_), name_(std::make_shared<const std::string>(input_.name())) {
-    }
+    InputMessages(const std::string &name, const std::vector<FieldPath> &ignored)
+        : input_(name), stream_(input_), name_(std::make_shared<const std::string>(input_.name())),
+          ignored_(ignored) {}
 
     std::optional<Message> next() override {
         while (waiting_.empty()) {
@@ -37,65 +50,208 @@ public:
         return message;
     }
 
+    const std::string &name() const { return *name_; }
+
     ExitStatus status() const { return input_.usable() ? unread_.status() : could_not_work; }
 
 private:
     void add_messages(const Unit &unit) {
         Unread unread;
-        const bool read = read_messages(unit, [&](ReadMessage &message) {
-            waiting_.push_back(
-                {&message.kind,
-                 OwnedRecord(std::exchange(message.record, nullptr), {&message.kind}), name_,
-                 message.line, static_cast<size_t>(message.end - message.begin)});
-        });
+        const bool read = read_messages(unit, [&](ReadMessage &message) { add(message); });
         unread.note(unit, read);
         unread_.take(unread);
+    }
+
+    /// Takes a message over, unless nothing of it is compared.
+    void add(ReadMessage &message) {
+        FieldSet ignored;
+        ignored.add(ignored_, message.kind, message.record);
+        if (!ignored.has(message.record)) {
+            waiting_.push_back({{message.kind, std::exchange(message.record, nullptr)},
+                                name_,
+                                message.line,
+                                static_cast<size_t>(message.end - message.begin),
+                                std::move(ignored)});
+        }
     }
 
     InputFile input_;
     UnitStream stream_;
     std::shared_ptr<const std::string> name_;
+    const std::vector<FieldPath> &ignored_;
     std::deque<Message> waiting_;
     UnreadOfInput unread_;
 };
 
+/// Differences as JSON, one object on a line for each.
+class DiffJson {
+public:
+    explicit DiffJson(const DiffOptions &options)
+        : brief_(options.form.brief), form_{.hexadecimal_guids = options.guids == "hex"} {}
+
+    std::string lines(const MessageDifference &difference) const {
+        if (difference.b == nullptr) {
+            return line(head("message-removed", difference));
+        }
+        if (difference.a == nullptr) {
+            return line(head("message-added", difference));
+        }
+        if (brief_) {
+            Json object = head("message-changed", difference);
+            object["differences"] = difference.differences.size();
+            return line(object);
+        }
+        std::string text;
+        for (const Difference &of_pair : difference.differences) {
+            text += line(object_of(difference, of_pair));
+        }
+        return text;
+    }
+
+private:
+    static std::string line(const Json &object) {
+        return object.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
+    }
+
+    static Json place_of(const Message &message) {
+        return {{"file", *message.input}, {"line", message.first_line}};
+    }
+
+    Json identity_of_record(const Record &table, const void *record) const {
+        Json identity = Json::object();
+        for (const Row *row : identity_of(table)) {
+            identity[std::string(key_of(*row))] = field_to_json(*row, record, {}, form_);
+        }
+        return identity;
+    }
+
+    /// What it is, and of which messages.
+    Json head(const char *what, const MessageDifference &difference) const {
+        const Message &one = difference.a != nullptr ? *difference.a : *difference.b;
+        Json object = {{"what", what},
+                       {"type", one.kind().name},
+                       {"identity", identity_of_record(*one.kind().record, one.record())}};
+        if (difference.a != nullptr) {
+            object["a"] = place_of(*difference.a);
+        }
+        if (difference.b != nullptr) {
+            object["b"] = place_of(*difference.b);
+        }
+        return object;
+    }
+
+    static const char *word_of(Difference::What what) {
+        switch (what) {
+        case Difference::What::changed:
+            return "changed";
+        case Difference::What::removed:
+            return "removed";
+        case Difference::What::added:
+            return "added";
+        case Difference::What::order:
+            return "order";
+        }
+        return "";
+    }
+
+    void add_place(const Difference &difference, const DifferencePlace &place, Json &side) const {
+        if (place.record == nullptr) {
+            return;
+        }
+        side["path"] = place.path;
+        if (difference.what != Difference::What::order) {
+            side["value"] = field_to_json(*difference.row, place.record, place.index, form_);
+        }
+    }
+
+    Json object_of(const MessageDifference &messages, const Difference &difference) const {
+        Json object = head(word_of(difference.what), messages);
+        add_place(difference, difference.a, object["a"]);
+        add_place(difference, difference.b, object["b"]);
+        Json within = Json::array();
+        for (const Enclosing &element : difference.within) {
+            within.push_back(
+                {{"list", key_of(*element.list)},
+                 {"identity", identity_of_record(*element.list->element, element.record)}});
+        }
+        object["within"] = std::move(within);
+        return object;
+    }
+
+    bool brief_;
+    JsonForm form_;
+};
+
 /// Prints the differences. The status is found_problems when there are some, or when something of
 /// an input cannot be read.
-ExitStatus diff_inputs(const std::string &a, const std::string &b, bool coloured) {
-    InputMessages messages_a(a);
-    InputMessages messages_b(b);
-    const ExitStatus opened = worse(messages_a.status(), messages_b.status());
+ExitStatus diff_inputs(const DiffOptions &options) {
+    InputMessages a(options.a, options.ignored);
+    InputMessages b(options.b, options.ignored);
+    const ExitStatus opened = worse(a.status(), b.status());
     if (opened != all_well) {
         return opened;
     }
-    const DiffSummary summary =
-        diff_messages(messages_a, messages_b, [&](const MessageDifference &difference) {
-            print(difference_text(difference, coloured));
-        });
+    const DiffJson json(options);
+    const DiffSummary summary = diff_messages(a, b, [&](const MessageDifference &difference) {
+        print(options.json ? json.lines(difference) : difference_text(difference, options.form));
+    });
+    if (!summary.all_equal() && !options.json) {
+        print(summary_text(summary, a.name(), b.name()));
+    }
     finish_printing();
-    const ExitStatus read = worse(messages_a.status(), messages_b.status());
+    const ExitStatus read = worse(a.status(), b.status());
     return summary.all_equal() ? read : worse(read, found_problems);
+}
+
+/// The paths that these words are.
+std::vector<FieldPath> paths_of(const std::vector<std::string> &words) {
+    std::vector<FieldPath> paths;
+    for (const std::string &word : words) {
+        auto path = FieldPath::parse(word);
+        if (const auto *wrong = std::get_if<std::string>(&path)) {
+            throw CLI::ValidationError("--ignore " + word + ": " + *wrong);
+        }
+        paths.push_back(std::move(std::get<FieldPath>(path)));
+    }
+    return paths;
 }
 
 } // namespace
 
 void add_diff(CLI::App &app) {
-    static std::string a;
-    static std::string b;
-    CLI::App *command =
-        add_command(app, "diff", "Show what differs between the messages of two files.",
-                    "Messages are matched by kind and identity, elements of lists by theirs (guid, "
-                    "tree_id, id).\n\n"
-                    "Exit status: 0 no differences, 1 differences, 2 a file cannot be read.\n\n"
-                    "Example: kvt diff yesterday.kvt today.kvt");
-    command->add_option("A", a, "A file; - for standard input")->required()->type_name("");
-    command->add_option("B", b, "The file to compare it with")->required()->type_name("");
+    static DiffOptions options;
+    static std::vector<std::string> ignored;
+    CLI::App *command = add_command(
+        app, "diff", "Show what differs between the messages of two files.",
+        "Messages are matched by kind and identity, elements of lists by theirs (guid, "
+        "tree_id, id).\n\n"
+        "Exit status: 0 no differences, 1 differences, 2 a file cannot be read.\n\n"
+        "Example: kvt diff --ignore 'job_data.conns[*].pr_sd_to_an' yesterday.kvt today.kvt");
+    command->add_option("A", options.a, "A file; - for standard input")->required()->type_name("");
+    command->add_option("B", options.b, "The file to compare it with")->required()->type_name("");
+    command->add_flag("--brief", options.form.brief, "Only tell which messages differ");
+    command->add_flag("--json", options.json, "Print each difference as an object, on a line");
+    command
+        ->add_option("--ignore", ignored,
+                     "A path, as in \"kvt show\", that is not compared, with all below it. May be\n"
+                     "given several times")
+        ->allow_extra_args(false)
+        ->type_name("PATH");
+    command->add_option("--guid", options.guids, "GUIDs in hexadecimal (hex) or decimal (dec)")
+        ->check(CLI::IsMember({"hex", "dec"}).description(""))
+        ->type_name("FORM");
     command->callback([] {
-        if (a == standard_input && b == standard_input) {
+        if (options.a == standard_input && options.b == standard_input) {
             throw CLI::ValidationError("only one of A and B can be standard input");
         }
+        options.ignored = paths_of(ignored);
+        if (!options.guids.empty()) {
+            options.form.names = options.form.values =
+                options.guids == "hex" ? GuidForm::hexadecimal : GuidForm::decimal;
+        }
+        options.form.colours = is_terminal_for_colours(STDOUT_FILENO);
         chosen = [] {
-            return diff_inputs(a, b, is_terminal_for_colours(STDOUT_FILENO));
+            return diff_inputs(options);
         };
     });
 }

@@ -7,6 +7,8 @@
 #include <vector>
 
 #include "commands/command_line.h"
+#include "diff/diff_lines.h"
+#include "diff/unified_diff.h"
 #include "io/findings.h"
 #include "io/messages.h"
 #include "io/output.h"
@@ -23,11 +25,18 @@ struct FormatOptions {
         standard_output,
         their_files, ///< which are replaced
         nowhere,     ///< the names of files that are not in normal form are printed
+        comparison,  ///< what would change is printed
     };
 
     To to = To::standard_output;
     bool lossy = false; ///< files are replaced also where something of them is lost
     unsigned threads = 1;
+};
+
+/// What would change in a unit.
+struct Changes {
+    uint64_t first_line;
+    std::string marked_lines;
 };
 
 /// The messages of some units in normal form.
@@ -36,6 +45,7 @@ struct Formatted {
     std::vector<Finding> findings;
     bool is_incomplete = false; ///< for want of memory
     Likeness likeness = Likeness::same;
+    std::vector<Changes> changes; ///< where they are wanted
 };
 
 class FormatJob {
@@ -45,14 +55,18 @@ public:
 
     explicit FormatJob(const FormatOptions &options) : options_(options) {}
 
-    static void work(const Unit &unit, Formatted &result) {
+    void work(const Unit &unit, Formatted &result) const {
         const size_t before = result.text.size();
         bool written = true;
         const bool read = read_messages(unit, [&](const ReadMessage &message) {
             written = add_text(message.kind, message.record, result.text) && written;
         });
-        const Likeness likeness =
-            compare({unit.text, unit.length}, std::string_view(result.text).substr(before));
+        const std::string_view text(unit.text, unit.length);
+        const std::string_view formatted = std::string_view(result.text).substr(before);
+        const Likeness likeness = compare(text, formatted);
+        if (options_.to == To::comparison) {
+            result.changes.push_back({unit.first_line, marked_lines(text, formatted)});
+        }
         result.likeness = followed_by(result.likeness, likeness);
         // What is in normal form has lost nothing.
         const bool found =
@@ -69,6 +83,8 @@ public:
         if (options_.to == To::their_files) {
             begin_file(input);
         }
+        comparison_ = UnifiedDiff("--- " + input.name() + "\t(as it is)\n+++ " + input.name() +
+                                  "\t(normal form)\n");
     }
 
     void take(Formatted &&result) {
@@ -84,6 +100,9 @@ public:
             status_ = could_not_work;
         }
         put(result.text);
+        for (const Changes &changes : result.changes) {
+            print(comparison_.take(changes.marked_lines, changes.first_line));
+        }
     }
 
     ExitStatus end(const std::string &input, bool whole) {
@@ -92,6 +111,10 @@ public:
         if (options_.to == To::nowhere && whole && !is_normal) {
             print(shown_name(input) + "\n");
             status_ = worse(status_, found_problems);
+        }
+        if (options_.to == To::comparison) {
+            print(comparison_.end());
+            status_ = worse(status_, comparison_.differs() ? found_problems : all_well);
         }
         if (file_ != nullptr && whole && !is_normal) {
             replace(input);
@@ -121,7 +144,7 @@ private:
 
     /// Puts out texts with an empty line after each; that of the last one waits for the next.
     void put(std::string_view texts) {
-        if (texts.empty() || options_.to == To::nowhere) {
+        if (texts.empty() || options_.to == To::nowhere || options_.to == To::comparison) {
             return;
         }
         texts.remove_suffix(1);
@@ -158,6 +181,7 @@ private:
     bool is_empty_ = true;
     bool is_separator_due_ = false;
     std::unique_ptr<NewFile> file_;
+    UnifiedDiff comparison_;
 };
 
 /// Formats the messages of all inputs, with an empty line between messages.
@@ -182,18 +206,24 @@ void add_fmt(CLI::App &app) {
         "what is lost is said on standard error, as \"kvt check\" says it, and with -i a file "
         "that\n"
         "would lose something is left as it is.\n\n"
-        "Exit status: 0 all is well, 1 something would be lost, or with --check a file is not in\n"
-        "normal form, 2 a file cannot be read or written.\n\n"
+        "Exit status: 0 all is well, 1 something would be lost, or with --check or --diff a file "
+        "is\n"
+        "not in normal form, 2 a file cannot be read or written.\n\n"
         "Example: kvt fmt -i job.kvt events.kvt");
     take_inputs(command, common);
     auto *in_place = command->add_flag_callback(
         "-i,--in-place", [] { options.to = FormatOptions::To::their_files; },
         "Put the files themselves in normal form, each as a whole or not at all");
+    auto *check = command->add_flag_callback(
+        "--check", [] { options.to = FormatOptions::To::nowhere; },
+        "Only print the names of files that are not in normal form");
+    check->excludes(in_place);
     command
         ->add_flag_callback(
-            "--check", [] { options.to = FormatOptions::To::nowhere; },
-            "Only print the names of files that are not in normal form")
-        ->excludes(in_place);
+            "--diff", [] { options.to = FormatOptions::To::comparison; },
+            "Only print what would change, as a unified diff")
+        ->excludes(in_place)
+        ->excludes(check);
     command->add_flag("--lossy", options.lossy, "With -i, change also files that lose something")
         ->needs(in_place);
     command->add_flag("-v,--verbose", verbose,

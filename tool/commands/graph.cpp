@@ -1,5 +1,6 @@
 // kvt graph: draws messages as graphs.
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
@@ -25,13 +26,15 @@ struct GraphOptions {
     std::string output;         ///< a file; standard output when empty
     uint64_t message = 0;       ///< its number in all inputs, from 1; 0 for those that can be drawn
     Detail detail = Detail::by_size;
+
+    bool is_text() const { return format == "dot"; }
 };
 
 class GraphJob {
 public:
     struct Graph {
         uint64_t message; ///< within these units, counted from 0
-        uint64_t line;
+        std::string name; ///< `JOB_DATA, job.kvt:12`
         std::string dot;
     };
 
@@ -46,9 +49,10 @@ public:
     void work(const Unit &unit, Result &result) const {
         const bool read = read_messages(unit, [&](const ReadMessage &message) {
             if (has_graph(message.kind)) {
-                const std::string title = unit.input + ", line " + std::to_string(message.line);
+                const std::string line = std::to_string(message.line);
+                const std::string title = unit.input + ", line " + line;
                 result.graphs.push_back(
-                    {result.messages, message.line,
+                    {result.messages, message.kind.name + (", " + unit.input) + ":" + line,
                      to_dot(message.kind, message.record, title, options_.detail)});
             }
             ++result.messages;
@@ -62,12 +66,9 @@ public:
         unread_.take(result.unread);
         for (Graph &graph : result.graphs) {
             const uint64_t number = messages_ + graph.message + 1;
-            if (options_.message != 0 && options_.message != number) {
-                continue;
-            }
-            ++graphs_;
-            if (options_.format == "dot" || graphs_ == 1) {
-                dot_ += graph.dot;
+            numbers_.push_back(number);
+            if (options_.message == 0 || options_.message == number) {
+                draw(number, graph);
             }
         }
         messages_ += result.messages;
@@ -77,17 +78,72 @@ public:
 
     uint64_t messages() const { return messages_; }
 
-    uint64_t graphs() const { return graphs_; }
+    /// The numbers of the messages that can be drawn.
+    const std::vector<uint64_t> &numbers() const { return numbers_; }
 
+    /// The first that is drawn: `message 3 (JOB_DATA, job.kvt:12)`; empty when none is.
+    const std::string &drawn() const { return drawn_; }
+
+    /// The graphs that have not been printed yet: all, or the first where one can be drawn.
     const std::string &dot() const { return dot_; }
 
 private:
+    void draw(uint64_t number, const Graph &graph) {
+        const bool is_first = drawn_.empty();
+        if (is_first) {
+            drawn_ = "message " + std::to_string(number) + " (" + graph.name + ")";
+        }
+        if (options_.is_text() && options_.output.empty()) {
+            print(graph.dot);
+        } else if (options_.is_text() || is_first) {
+            dot_ += graph.dot;
+        }
+    }
+
     const GraphOptions &options_;
     UnreadOfInput unread_;
     uint64_t messages_ = 0;
-    uint64_t graphs_ = 0;
-    std::string dot_; ///< of all graphs, or of the first where only one can be drawn
+    std::vector<uint64_t> numbers_;
+    std::string drawn_;
+    std::string dot_;
 };
+
+/// The first of some numbers: `2, 5, 9, ...`.
+std::string list_of(const std::vector<uint64_t> &numbers) {
+    constexpr size_t most_numbers = 10;
+    std::string list;
+    for (size_t i = 0; i < std::min(most_numbers, numbers.size()); ++i) {
+        list += (list.empty() ? "" : ", ") + std::to_string(numbers[i]);
+    }
+    return numbers.size() > most_numbers ? list + ", ..." : list;
+}
+
+/// Says why nothing was drawn.
+void say_nothing_is_drawn(const GraphJob &job, uint64_t wanted) {
+    const std::string count = std::to_string(job.messages());
+    if (job.numbers().empty()) {
+        say("kvt: none of " + count +
+            " messages can be drawn: that is JOB_DATA, TOPOLOGY_INFO_REPLY and RESOURCE_DATA\n");
+    } else if (wanted > job.messages()) {
+        say("kvt: there is no message " + std::to_string(wanted) + ", only " + count + "\n");
+    } else {
+        say("kvt: message " + std::to_string(wanted) +
+            " cannot be drawn; those that can: " + list_of(job.numbers()) + "\n");
+    }
+}
+
+/// Says which messages were drawn, where that is not plain.
+void say_what_is_drawn(const GraphJob &job, const GraphOptions &options) {
+    if (options.message != 0 || job.numbers().size() < 2) {
+        return;
+    }
+    const std::string count = std::to_string(job.numbers().size());
+    const std::string numbers = count + " that can be drawn (" + list_of(job.numbers()) + ")";
+    say(options.is_text()
+            ? "kvt: drew all " + numbers + ", a graph for each; --message N draws one\n"
+            : "kvt: drew " + job.drawn() + ", the first of " + numbers +
+                  "; --message N chooses another\n");
+}
 
 void write_graph(const std::string &graph, const std::string &output) {
     if (output.empty()) {
@@ -108,7 +164,7 @@ void write_graph(const std::string &graph, const std::string &output) {
     file.commit();
 }
 
-/// Draws the messages of the inputs that can be drawn: as DOT all of them, otherwise the only one.
+/// Draws the messages of the inputs that can be drawn: as DOT all of them, otherwise the first one.
 ExitStatus graph_messages(const std::vector<std::string> &inputs, const GraphOptions &options) {
     for (const std::string &input : inputs) {
         std::error_code none;
@@ -122,28 +178,22 @@ ExitStatus graph_messages(const std::vector<std::string> &inputs, const GraphOpt
         Progress progress(inputs);
         status = Pipeline(job, 1, progress).run(inputs);
     }
-    if (job.graphs() == 0) {
-        say("kvt: none of " + std::to_string(job.messages()) + " messages " +
-            (options.message != 0 ? "has this number and can be drawn" : "can be drawn") +
-            ": that is JOB_DATA, TOPOLOGY_INFO_REPLY and RESOURCE_DATA\n");
+    if (job.drawn().empty()) {
+        say_nothing_is_drawn(job, options.message);
         return worse(status, found_problems);
     }
-    if (options.format == "dot") {
+    if (options.is_text()) {
         write_graph(job.dot(), options.output);
-        return status;
+    } else {
+        std::string reason;
+        const std::optional<std::string> picture = render(job.dot(), options.format, reason);
+        if (!picture.has_value()) {
+            say("kvt: " + reason + "\n");
+            return could_not_work;
+        }
+        write_graph(*picture, options.output);
     }
-    if (job.graphs() > 1) {
-        say("kvt: " + std::to_string(job.graphs()) +
-            " messages can be drawn: --message N chooses one\n");
-        return could_not_work;
-    }
-    std::string reason;
-    const std::optional<std::string> picture = render(job.dot(), options.format, reason);
-    if (!picture.has_value()) {
-        say("kvt: " + reason + "\n");
-        return could_not_work;
-    }
-    write_graph(*picture, options.output);
+    say_what_is_drawn(job, options);
     return status;
 }
 
@@ -156,7 +206,8 @@ void add_graph(CLI::App &app) {
         app, "graph", "Draw the graph of a job, a topology or resources.",
         "Draws JOB_DATA, TOPOLOGY_INFO_REPLY and RESOURCE_DATA with Graphviz. In large graphs "
         "nodes\n"
-        "with the same neighbours are drawn as one.\n\n"
+        "with the same neighbours are drawn as one. DOT has a graph for each message, another\n"
+        "format the first message that can be drawn.\n\n"
         "Exit status: 0 all is well, 1 there is nothing to draw, 2 the drawing cannot be made.\n\n"
         "Example: kvt graph -T svg -o fabric.svg topology.kvt");
     take_inputs(command, common);
@@ -170,6 +221,13 @@ void add_graph(CLI::App &app) {
         ->add_option("-m,--message", options.message,
                      "The number of the message to draw, counted from 1")
         ->check(whole_number)
+        ->check(CLI::Validator(
+            [](const std::string &word) {
+                return word.find_first_not_of('0') == std::string::npos
+                           ? "the first message is number 1"
+                           : std::string();
+            },
+            ""))
         ->type_name("N");
     command->add_flag_callback(
         "--all-nodes", [] { options.detail = Detail::all; }, "Draw every node by itself");

@@ -16,10 +16,10 @@ namespace kvt_tool {
 namespace {
 
 AlignKey key_of_message(const Message &message) {
-    const Record &table = *message.kind->record;
-    const void *record = message.record.get();
-    return {mix_in(content_hash(table, record), message.kind->value),
-            mix_in(identity_hash(table, record), message.kind->value), !identity_of(table).empty()};
+    const Record &table = *message.kind().record;
+    return {mix_in(content_hash(table, message.record(), message.ignored), message.kind().value),
+            mix_in(identity_hash(table, message.record()), message.kind().value),
+            !identity_of(table).empty()};
 }
 
 /// One of the two sequences, and those of its messages that are held.
@@ -112,6 +112,7 @@ public:
     DiffSummary run();
 
 private:
+    FieldSet ignored() const;
     bool fronts_are_equal() const;
     void take_pair();
     void take_only_a(size_t count);
@@ -127,19 +128,30 @@ private:
     DiffSummary summary_;
 };
 
+FieldSet Comparison::ignored() const {
+    FieldSet fields = a_.front().ignored;
+    fields.add(b_.front().ignored);
+    return fields;
+}
+
 bool Comparison::fronts_are_equal() const {
-    return a_.front().kind == b_.front().kind && a_.front_key().content == b_.front_key().content &&
-           same_content(*a_.front().kind->record, a_.front().record.get(), b_.front().record.get());
+    const Message &a = a_.front();
+    const Message &b = b_.front();
+    return &a.kind() == &b.kind() && a_.front_key().content == b_.front_key().content &&
+           same_content(*a.kind().record, a.record(), b.record(), ignored());
 }
 
 void Comparison::take_pair() {
-    if (fronts_are_equal()) {
-        ++summary_.equal;
-    } else {
-        ++summary_.differing;
-        report_({&a_.front(), &b_.front(),
-                 diff_records(*a_.front().kind->record, a_.front().record.get(),
-                              b_.front().record.get())});
+    const Message &a = a_.front();
+    const Message &b = b_.front();
+    std::vector<Difference> differences;
+    if (!fronts_are_equal()) {
+        differences = diff_records(*a.kind().record, a.record(), b.record(), ignored());
+    }
+    ++(differences.empty() ? summary_.equal : summary_.differing);
+    summary_.differences += differences.size();
+    if (!differences.empty()) {
+        report_({&a, &b, std::move(differences)});
     }
     a_.drop_front();
     b_.drop_front();

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "diff/diff_records.h"
-#include "io/message_source.h"
+#include "diff/message_source.h"
 
 namespace kvt_tool {
 
@@ -26,8 +26,9 @@ struct LookAhead {
 
 /// How many messages there were.
 struct DiffSummary {
-    uint64_t equal = 0;     ///< pairs
-    uint64_t differing = 0; ///< pairs
+    uint64_t equal = 0;       ///< pairs
+    uint64_t differing = 0;   ///< pairs
+    uint64_t differences = 0; ///< in these
     uint64_t only_in_a = 0;
     uint64_t only_in_b = 0;
 
@@ -35,7 +36,8 @@ struct DiffSummary {
 };
 
 /// Compares two sequences of messages and calls `report` for each difference, in the order of both:
-/// what only A has before what only B has. The messages live until `report` returns.
+/// what only A has before what only B has. The messages live until `report` returns. What they say
+/// is to be ignored has no differences.
 ///
 /// A message matches one of its kind that has the same identity (identity.h), or any of its kind
 /// where nothing identifies it. While the next messages of both sides are equal, no others are

@@ -51,63 +51,66 @@ Json text_to_json(std::string_view text) {
     return Json{{bytes_key, digits}};
 }
 
+Json element_to_json(const Row &row, const Elements &elements, uint64_t index,
+                     const JsonForm &form) {
+    return row.element != nullptr ? record_to_json(*row.element, elements.at(index), form)
+                                  : number_to_json(row, number_at(elements, index), form);
+}
+
 Json list_to_json(const Row &row, const Elements &elements, const JsonForm &form) {
     Json list = Json::array();
     list.get_ref<Json::array_t &>().reserve(elements.count);
     for (uint64_t i = 0; i < elements.count; ++i) {
-        list.push_back(row.element != nullptr ? record_to_json(*row.element, elements.at(i), form)
-                                              : number_to_json(row, number_at(elements, i), form));
+        list.push_back(element_to_json(row, elements, i, form));
     }
     return list;
 }
 
-/// True when a row says something that the others do not.
-bool is_told(const Record &table, const Row &row, const void *record) {
-    if (shape_of(row) != Shape::number) {
-        return true;
-    }
-    const Row *counted = counted_by(table, row);
-    const uint64_t value = number_of(row, record);
-    return counted != nullptr ? value != true_count(*counted, record)
-                              : value != 0 || row.has(always);
-}
-
-void add_row(const Record &table, const Row &row, const void *record, const JsonForm &form,
-             Json &object) {
-    if (!is_told(table, row, record)) {
-        return;
-    }
-    const std::string key(key_of(row));
+Json value_to_json(const Row &row, const void *record, const JsonForm &form) {
     switch (shape_of(row)) {
     case Shape::number:
-        object[key] = number_to_json(row, number_of(row, record), form);
-        break;
+        return number_to_json(row, number_of(row, record), form);
     case Shape::real:
-        if (real_of(row, record) != 0 || row.has(always)) {
-            object[key] = real_to_json(real_of(row, record));
-        }
-        break;
+        return real_to_json(real_of(row, record));
     case Shape::text:
-        if (!text_of(row, record).empty()) {
-            object[key] = text_to_json(text_of(row, record));
-        }
-        break;
+        return text_to_json(text_of(row, record));
     case Shape::block:
-        object[key] = record_to_json(*row.element, elements_of(row, record).first, form);
-        break;
+        return record_to_json(*row.element, elements_of(row, record).first, form);
     case Shape::numbers:
     case Shape::records:
-        if (elements_of(row, record).count != 0) {
-            object[key] = list_to_json(row, elements_of(row, record), form);
-        }
-        break;
+        return list_to_json(row, elements_of(row, record), form);
     }
+    return nullptr;
+}
+
+/// True when a row says something that the others do not.
+bool is_told(const Record &table, const Row &row, const void *record) {
+    switch (shape_of(row)) {
+    case Shape::number: {
+        const Row *counted = counted_by(table, row);
+        const uint64_t value = number_of(row, record);
+        return counted != nullptr ? value != true_count(*counted, record)
+                                  : value != 0 || row.has(always);
+    }
+    case Shape::real:
+        return real_of(row, record) != 0 || row.has(always);
+    case Shape::text:
+        return !text_of(row, record).empty();
+    case Shape::block:
+        return true;
+    case Shape::numbers:
+    case Shape::records:
+        return elements_of(row, record).count != 0;
+    }
+    return true;
 }
 
 Json record_to_json(const Record &table, const void *record, const JsonForm &form) {
     Json object = Json::object();
     for (const Row &row : table.rows) {
-        add_row(table, row, record, form, object);
+        if (is_told(table, row, record)) {
+            object[std::string(key_of(row))] = value_to_json(row, record, form);
+        }
     }
     return object;
 }
@@ -116,6 +119,12 @@ Json record_to_json(const Record &table, const void *record, const JsonForm &for
 
 Json to_json(const MessageKind &kind, const void *record, const JsonForm &form) {
     return {{"type", kind.name}, {kind.block, record_to_json(*kind.record, record, form)}};
+}
+
+Json field_to_json(const Row &row, const void *record, std::optional<uint64_t> index,
+                   const JsonForm &form) {
+    return index.has_value() ? element_to_json(row, elements_of(row, record), *index, form)
+                             : value_to_json(row, record, form);
 }
 
 bool is_utf8(std::string_view text) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <nlohmann/json.hpp>
+#include <optional>
 
 #include "model/fields.h"
 
@@ -25,6 +26,10 @@ inline constexpr char bytes_key[] = "hex";
 /// It has what the message's text has, and lists in place of repeated keys. Counts and lengths
 /// follow from the lists and texts, and are left out unless they say something else.
 Json to_json(const MessageKind &kind, const void *record, const JsonForm &form);
+
+/// A field of a record, or an element of its list, as it is in the message's object.
+Json field_to_json(const Row &row, const void *record, std::optional<uint64_t> index,
+                   const JsonForm &form);
 
 /// True for a text that can be a string of JSON.
 bool is_utf8(std::string_view text);

@@ -8,7 +8,6 @@
 
 #include "model/hash.h"
 #include "model/record_content.h"
-#include "model/value_text.h"
 #include "tables/records.h"
 
 namespace kvt_tool {
@@ -67,11 +66,21 @@ const std::unordered_map<const Record *, Rows> &identities() {
     return all;
 }
 
-void append_field(std::string &text, const Row &row, const void *record) {
+/// What people call a thing whose identity is a mere number.
+const Row *name_of(const Record &table) {
+    static const std::unordered_map<const Record *, Rows> all = {
+        by<vemra_sd_info>({"addr"}),
+        by<vemra_topology_switch_info>({"name"}),
+    };
+    const auto found = all.find(&table);
+    return found != all.end() ? found->second.front() : nullptr;
+}
+
+void append_field(std::string &text, const Row &row, const void *record, GuidForm guids) {
     if (!text.empty()) {
         text += ", ";
     }
-    text.append(key_of(row)).append(" ").append(shown_value(row, record));
+    text.append(key_of(row)).append(" ").append(shown_value(row, record, guids));
 }
 
 bool tells_something(const Record &table, const Row &row, const void *record) {
@@ -101,21 +110,25 @@ uint64_t identity_hash(const Record &table, const void *record) {
     return hash;
 }
 
-std::string identity_text(const Record &table, const void *record) {
+std::string identity_text(const Record &table, const void *record, GuidForm guids) {
     std::string text;
     for (const Row *row : identity_of(table)) {
-        append_field(text, *row, record);
+        append_field(text, *row, record, guids);
+    }
+    const Row *name = name_of(table);
+    if (name != nullptr && tells_something(table, *name, record)) {
+        append_field(text, *name, record, guids);
     }
     return text;
 }
 
-std::string hint_text(const Record &table, const void *record) {
+std::string hint_text(const Record &table, const void *record, GuidForm guids) {
     constexpr size_t most_fields = 3;
     std::string text;
     size_t fields = 0;
     for (const Row &row : table.rows) {
         if (fields < most_fields && tells_something(table, row, record)) {
-            append_field(text, row, record);
+            append_field(text, row, record, guids);
             ++fields;
         }
     }

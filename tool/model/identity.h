@@ -6,6 +6,7 @@
 #include <string>
 
 #include "model/fields.h"
+#include "model/value_text.h"
 
 namespace kvt_tool {
 
@@ -16,10 +17,11 @@ std::span<const Row *const> identity_of(const Record &table);
 /// A hash of the values of these rows.
 uint64_t identity_hash(const Record &table, const void *record);
 
-/// These rows for people: `tree_id 1, vemrad_id 99`; empty when nothing identifies the record.
-std::string identity_text(const Record &table, const void *record);
+/// These rows for people, and the name that they gave the thing: `id 2, name "leaf02"`. Empty when
+/// nothing identifies the record.
+std::string identity_text(const Record &table, const void *record, GuidForm guids = GuidForm::both);
 
 /// In its place, for a record that nothing identifies: the first numbers and texts that it has.
-std::string hint_text(const Record &table, const void *record);
+std::string hint_text(const Record &table, const void *record, GuidForm guids = GuidForm::both);
 
 } // namespace kvt_tool

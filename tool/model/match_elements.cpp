@@ -25,11 +25,6 @@ private:
         matches_.partner_of_b[b] = a;
     }
 
-    bool can_replace(size_t a, size_t b) const {
-        return matches_.partner_of_a[a] == unmatched && matches_.partner_of_b[b] == unmatched &&
-               lists_.replaces(a, b);
-    }
-
     void match_ends();
     Hashes hashes(bool of_b, const Hash &hash) const;
     void match_by(const Hash &hash);
@@ -83,14 +78,20 @@ void Matcher::match_by(const Hash &hash) {
     }
 }
 
+// Both go on in step, so that the lists may be exchanged: an element is tried with the one that is
+// as far from the neighbour.
+
 void Matcher::match_after_neighbours() {
     size_t b = begin_;
     for (size_t a = begin_; a < end_a_; ++a) {
         const size_t partner = matches_.partner_of_a[a];
         if (partner != unmatched) {
             b = partner + 1;
-        } else if (b < end_b_ && can_replace(a, b)) {
-            pair(a, b++);
+        } else if (b < end_b_ && matches_.partner_of_b[b] == unmatched) {
+            if (lists_.replaces(a, b)) {
+                pair(a, b);
+            }
+            ++b;
         }
     }
 }
@@ -101,8 +102,11 @@ void Matcher::match_before_neighbours() {
         const size_t partner = matches_.partner_of_a[a];
         if (partner != unmatched) {
             b = partner;
-        } else if (b > begin_ && can_replace(a, b - 1)) {
-            pair(a, --b);
+        } else if (b > begin_ && matches_.partner_of_b[b - 1] == unmatched) {
+            if (lists_.replaces(a, b - 1)) {
+                pair(a, b - 1);
+            }
+            --b;
         }
     }
 }

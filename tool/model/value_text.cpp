@@ -80,14 +80,18 @@ std::string plain_element(const Row &row, const Elements &numbers, uint64_t inde
     return decimal(row, number_at(numbers, index));
 }
 
-std::string shown_number(const Row &row, uint64_t number) {
-    return is_guid(row) ? guid_text(number) : decimal(row, number);
+std::string shown_number(const Row &row, uint64_t number, GuidForm guids) {
+    if (!is_guid(row) || guids == GuidForm::decimal) {
+        return decimal(row, number);
+    }
+    const std::string text = guid_text(number);
+    return guids == GuidForm::both ? text + " = " + decimal(row, number) : text;
 }
 
-std::string shown_value(const Row &row, const void *record) {
+std::string shown_value(const Row &row, const void *record, GuidForm guids) {
     switch (shape_of(row)) {
     case Shape::number:
-        return shown_number(row, number_of(row, record));
+        return shown_number(row, number_of(row, record), guids);
     case Shape::text:
         return quoted_text(text_of(row, record));
     default:

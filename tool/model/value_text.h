@@ -16,11 +16,18 @@ std::string plain_value(const Row &row, const void *record);
 /// An element of a list of numbers, as the writer writes it.
 std::string plain_element(const Row &row, const Elements &numbers, uint64_t index);
 
-/// A number as people read it: GUIDs in hexadecimal, others in decimal.
-std::string shown_number(const Row &row, uint64_t number);
+/// How people read GUIDs.
+enum class GuidForm : uint8_t {
+    hexadecimal, ///< `0x0002c90300001234`
+    decimal,
+    both, ///< `0x0002c90300001234 = 783964675510836`
+};
+
+/// A number as people read it: GUIDs in their form, others in decimal.
+std::string shown_number(const Row &row, uint64_t number, GuidForm guids = GuidForm::hexadecimal);
 
 /// A number, real or text as people read it: numbers as above, texts in double quotes.
-std::string shown_value(const Row &row, const void *record);
+std::string shown_value(const Row &row, const void *record, GuidForm guids = GuidForm::hexadecimal);
 
 /// A float in the fewest digits that tell it from all others.
 std::string exact_real(float value);

@@ -105,6 +105,34 @@ run kvt fmt --check trailing.kvt leading.kvt distant.kvt nothing.kvt
 same "empty lines are not where they should be" "trailing.kvt
 leading.kvt
 distant.kvt" "$out"
+
+printf 'msg {\ntype:END_JOB\n\n end_job {\njob_id:+5\n}\n}' >no_newline.kvt
+cp no_newline.kvt to_patch.kvt
+run kvt fmt --diff good.kvt to_patch.kvt
+same "--diff prints what would change" "1 $(printf '%s\n' '--- to_patch.kvt	(as it is)' '+++ to_patch.kvt	(normal form)' \
+    '@@ -1,7 +1,6 @@' ' msg {' '-type:END_JOB' '-' '- end_job {' '-job_id:+5' \
+    '+  type: END_JOB' '+  end_job {' '+    job_id: 5' '+  }' ' }' '-}' '\ No newline at end of file')" "$status $out"
+same "and leaves the file as it is" "$(cat no_newline.kvt)" "$(cat to_patch.kvt)"
+run kvt fmt --diff good.kvt nothing.kvt
+same "nothing would change" "0 " "$status $out$err"
+{
+    echo words
+    for _ in {1..3}; do cat "$examples/job_data.kvt" <(echo) <(sed '/uid/d' unknown.kvt) <(printf '\n\n\n') good.kvt; done
+    sed 's/^ *//' "$examples/day_of_a_small_fabric.kvt"
+    cat no_newline.kvt <(echo) "$examples/topology_info_reply.kvt"
+} >long.kvt
+cp long.kvt to_patch.kvt
+run kvt fmt --diff to_patch.kvt
+same "what would be lost is said with it" 1 "$((status == 1 && $(grep -c unknown-key <<<"$err") == 3))"
+if command -v patch >/dev/null; then
+    kvt fmt --diff -j 3 to_patch.kvt 2>/dev/null | patch --silent -p0 --fuzz=0
+    same "patch makes the normal form with it" "$(kvt fmt long.kvt 2>/dev/null)" "$(cat to_patch.kvt)"
+fi
+run kvt fmt --diff --check good.kvt
+same "--diff and --check exclude each other" "2 " "$status $out"
+run kvt fmt --diff -i good.kvt
+same "as do --diff and -i" "2 " "$status $out"
+
 run bash -c "kvt fmt -j 4 many.kvt | cmp - many.kvt"
 same "the order stays with several threads" "0 " "$status $out$err"
 

@@ -1,4 +1,4 @@
-// A message that has been read, and where it comes from.
+// Messages to be compared, one after the other, and where they come from.
 #pragma once
 
 #include <cstddef>
@@ -7,18 +7,17 @@
 #include <optional>
 #include <string>
 
-#include "model/fields.h"
+#include "model/field_set.h"
 #include "model/owned_message.h"
 
 namespace kvt_tool {
 
 /// A message whose counts agree with its elements.
-struct Message {
-    const MessageKind *kind;
-    OwnedRecord record;                       ///< by kvt_msg_release, with `kind`
+struct Message : OwnedMessage {
     std::shared_ptr<const std::string> input; ///< name of its input, as it is shown
     uint64_t first_line;                      ///< in its input, counted from 1
     size_t text_size;                         ///< in its input, in characters
+    FieldSet ignored = {};                    ///< what of it is not compared
 };
 
 /// Messages one after the other.
