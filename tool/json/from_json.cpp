@@ -2,7 +2,6 @@
 
 #include <cstdlib>
 #include <new>
-#include <vector>
 
 #include "kvt/kvt_check.h"
 #include "kvt_check/nearest.h"
