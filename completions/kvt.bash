@@ -32,6 +32,7 @@ _kvt_offer_files() {
 
 _kvt() {
     local cur prev kvt=${COMP_WORDS[0]} command='' options='' words=0 i
+    local commands=$'check\nfmt\njson\nfrom-json\ndiff\ngraph\nshow\nfind\nstat\nsplit\ndescribe\ngen\nkinds\nhelp'
     cur=${COMP_WORDS[COMP_CWORD]}
     prev=${COMP_WORDS[COMP_CWORD - 1]}
     # The shell takes "--format=json" for three words.
@@ -58,7 +59,7 @@ _kvt() {
         if [[ $cur == -* ]]; then
             _kvt_offer $'--help\n--version'
         else
-            _kvt_offer $'check\nfmt\njson\nfrom-json\ndiff\ngraph\nshow\nstat\nsplit\ndescribe\ngen\nkinds'
+            _kvt_offer "$commands"
         fi
         return
     fi
@@ -72,12 +73,8 @@ _kvt() {
         _kvt_offer_findings
         return
         ;;
-    json:--guid)
-        _kvt_offer $'decimal\nhex'
-        return
-        ;;
-    diff:--guid)
-        _kvt_offer $'hex\ndec'
+    json:--guid | show:--guid | find:--guid | diff:--guid)
+        _kvt_offer $'dec\nhex'
         return
         ;;
     graph:-T | graph:--format)
@@ -92,7 +89,7 @@ _kvt() {
         _kvt_offer_files -d
         return
         ;;
-    check:-j | fmt:-j | json:-j | from-json:-j | show:-j | stat:-j | *:--jobs | graph:-m | \
+    check:-j | fmt:-j | json:-j | from-json:-j | show:-j | find:-j | stat:-j | *:--jobs | graph:-m | \
         graph:--message | diff:--ignore | gen:-n | gen:--seed | gen:--size | gen:--count)
         COMPREPLY=()
         return
@@ -107,7 +104,9 @@ _kvt() {
         from-json) options=$'--jobs\n-j' ;;
         diff) options=$'--brief\n--json\n--ignore\n--guid' ;;
         graph) options=$'--format\n--output\n--message\n--all-nodes\n-T\n-o\n-m' ;;
-        show) options=$'--with-paths\n--jobs\n-p\n-j' ;;
+        show) options=$'--with-paths\n--json\n--guid\n--jobs\n-p\n-j' ;;
+        find) options=$'--json\n--guid\n--jobs\n-j' ;;
+        describe) options=--json ;;
         stat) options=$'--json\n--jobs\n-j' ;;
         split) options=$'--output\n-o' ;;
         gen) options=$'--seed\n--size\n--count\n-n' ;;
@@ -118,11 +117,12 @@ _kvt() {
 
     case $command:$words in
     describe:0 | gen:0)
-        _kvt_offer "$("$kvt" kinds 2>/dev/null | while read -r _ kind record; do
+        _kvt_offer "$("$kvt" kinds 2>/dev/null | while read -r _ kind _ record; do
             [[ $record == - || $record == RECORD ]] || echo "$kind"
         done)"
         ;;
-    describe:* | gen:* | kinds:* | show:0 | diff:[2-9]*) COMPREPLY=() ;;
+    help:0) _kvt_offer "$commands" ;;
+    describe:* | gen:* | kinds:* | help:* | show:0 | find:0 | diff:[2-9]*) COMPREPLY=() ;;
     *) _kvt_offer_files -f ;;
     esac
 }

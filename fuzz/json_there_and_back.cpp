@@ -17,7 +17,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
         return 0;
     }
     const uint64_t chosen = choice(input, 1);
-    const kvt_tool::JsonForm form = {(chosen & 1) != 0, (chosen & 2) != 0};
+    const kvt_tool::JsonForm form = {(chosen & 1) != 0, (chosen & 2) != 0
+                                                            ? kvt_tool::GuidForm::hexadecimal
+                                                            : kvt_tool::GuidForm::decimal};
     const std::string broken = kvt_test::broken_there_and_back(*message.kind, message.record, form);
     kvt_msg_release(static_cast<int32_t>(message.kind->value), message.record);
     if (!broken.empty()) {

@@ -60,13 +60,19 @@ int main(int argc, char **argv) {
         arguments.push_back(word.c_str());
     }
     CLI::App app("Works on messages in the text form of the kvt_str codec.", "kvt");
-    app.set_version_flag("--version", "kvt " KVT_VERSION);
+    app.set_version_flag("--version", version_text);
     app.require_subcommand(1);
-    app.footer("\"kvt COMMAND --help\" tells more, with an example.");
+    app.footer("\"kvt help COMMAND\" tells more, with an example.");
     app.failure_message(CLI::FailureMessage::simple);
-    for (const auto add : {add_fmt, add_check, add_json, add_from_json, add_diff, add_graph,
-                           add_stat, add_split, add_show, add_describe, add_gen, add_kinds}) {
+    for (const auto add :
+         {add_fmt, add_check, add_json, add_from_json, add_diff, add_graph, add_stat, add_split,
+          add_show, add_find, add_describe, add_gen, add_kinds, add_help}) {
         add(app);
+    }
+    // The parser would only say that the word was not expected.
+    if (words.size() > 1 && !words[1].starts_with('-') && !is_command(app, words[1])) {
+        say("kvt: " + unknown_command(app, words[1]) + "\n");
+        return could_not_work;
     }
     try {
         app.parse(argc, arguments.data());

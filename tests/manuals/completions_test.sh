@@ -39,7 +39,7 @@ completes "svg" kvt graph --format s
 completes "json text" kvt check --format ''
 completes "json" kvt check --format = j
 completes "json text" kvt check --format =
-completes "decimal hex" kvt json --guid ''
+completes "dec hex" kvt json --guid ''
 completes "unknown-block unknown-key unknown-kind" kvt check --only unk
 completes "nul,longer-key nul,longer-kind" kvt check --ignore nul,longer
 completes "unknown-key,unknown-block unknown-key,unknown-kind" kvt check --ignore unknown-key,unknown-
@@ -48,6 +48,10 @@ completes "END_JOB" kvt gen --seed 1 END
 completes "$(kvt kinds | awk 'NR > 1 && $3 != "-" { print $2 }' | LC_ALL=C sort | paste -sd ' ')" kvt gen ''
 completes "" kvt gen END_JOB ''
 completes "" kvt show ''
+completes "" kvt find ''
+completes "hex" kvt find --guid h
+completes "describe diff" kvt help d
+completes "" kvt help diff ''
 completes "job.kvt" kvt show job_id j
 completes "a job.kvt job.kvt messages" kvt check ''
 completes "job.kvt" kvt check --only nul j

@@ -5,7 +5,10 @@
 #include <string>
 #include <vector>
 
+#include "model/block_text.h"
 #include "model/field_path.h"
+#include "model/write_text.h"
+#include "samples/sample.h"
 #include "support/messages.h"
 #include "support/random_records.h"
 #include "tables/records.h"
@@ -73,6 +76,75 @@ TEST_F(FieldPathsOfAJob, LeadToAllElementsWithoutAnIndex) {
               "conns[0].qp_child_idxs[0] 7\nconns[0].qp_child_idxs[1] 8\n"
               "conns[1].qp_child_idxs[0] 7\n");
     EXPECT_EQ(show("conns[*].qp_child_idxs[1]"), "conns[0].qp_child_idxs[1] 8\n");
+}
+
+TEST_F(FieldPathsOfAJob, LeadToElementsFromTheEndOfAList) {
+    EXPECT_EQ(show("conns[-1].tree_id"), "conns[1].tree_id 2\n");
+    EXPECT_EQ(show("conns[-2].qp_child_idxs[-1]"), "conns[0].qp_child_idxs[1] 8\n");
+    EXPECT_EQ(show("conns[-3].tree_id"), "");
+    EXPECT_EQ(show("conns[-0].tree_id"), "conns[0].tree_id 1\n");
+    EXPECT_EQ(show("conns[-18446744073709551615].tree_id"), "");
+}
+
+TEST_F(FieldPathsOfAJob, LeadToSlicesOfLists) {
+    const std::string both = "conns[0].tree_id 1\nconns[1].tree_id 2\n";
+    EXPECT_EQ(show("conns[:].tree_id"), both);
+    EXPECT_EQ(show("conns[0:2].tree_id"), both);
+    EXPECT_EQ(show("conns[:18446744073709551615].tree_id"), both);
+    EXPECT_EQ(show("conns[-3:].tree_id"), both);
+    EXPECT_EQ(show("conns[1:].tree_id"), "conns[1].tree_id 2\n");
+    EXPECT_EQ(show("conns[:1].tree_id"), "conns[0].tree_id 1\n");
+    EXPECT_EQ(show("conns[:-1].tree_id"), "conns[0].tree_id 1\n");
+    EXPECT_EQ(show("conns[-2:-1].tree_id"), "conns[0].tree_id 1\n");
+    EXPECT_EQ(show("conns[0].qp_child_idxs[1:2]"), "conns[0].qp_child_idxs[1] 8\n");
+    for (const char *nothing :
+         {"conns[1:1]", "conns[1:0]", "conns[2:]", "conns[:0]", "conns[:-2]"}) {
+        EXPECT_EQ(show(nothing), "") << nothing;
+    }
+}
+
+TEST_F(FieldPathsOfAJob, LeadToAnyDepth) {
+    EXPECT_EQ(show("**.tree_id"), "conns[0].tree_id 1\nconns[1].tree_id 2\n");
+    EXPECT_EQ(show("conns[1].**.sl"), "conns[1].pr_sd_to_an.sl 3\nconns[1].pr_an_to_sd.sl 0\n");
+    EXPECT_EQ(show("**.job_id"), "job_id 5\n");
+    EXPECT_EQ(show("job_data.**.job_id"), "job_id 5\n");
+    EXPECT_EQ(show("**.conns[-1].tree_id"), "conns[1].tree_id 2\n");
+    EXPECT_EQ(show("**.pr_sd_to_an.**.sl"),
+              "conns[0].pr_sd_to_an.sl 0\nconns[1].pr_sd_to_an.sl 3\n");
+    // In the order of the text, and each once, however many ways lead there.
+    EXPECT_EQ(show("**.sl"), "qpc_opts.sl 0\nsat_qpc_opts.sl 0\n"
+                             "conns[0].pr_sd_to_an.sl 0\nconns[0].pr_an_to_sd.sl 0\n"
+                             "conns[1].pr_sd_to_an.sl 3\nconns[1].pr_an_to_sd.sl 0\n");
+    EXPECT_EQ(show("**.**.sl"), show("**.sl"));
+}
+
+TEST_F(FieldPathsOfAJob, LeadToAllValuesBelow) {
+    EXPECT_EQ(show("conns[1].qp_child_idxs[0:].**"),
+              "column 28: \"qp_child_idxs\" is a list of numbers and has no fields");
+    EXPECT_EQ(show("conns[1].pr_sd_to_an.dgid.**"),
+              show("conns[1].pr_sd_to_an.dgid.subnet_prefix") +
+                  show("conns[1].pr_sd_to_an.dgid.guid"));
+    vemra_end_job job = {5, 7};
+    EXPECT_EQ(found("END_JOB", &job, "**"), "job_id 5\nreservation_id 7\n");
+    EXPECT_EQ(found("END_JOB", &job, "end_job.**"), "job_id 5\nreservation_id 7\n");
+    EXPECT_NE(show("**").find("\nconns[1].qp_child_idxs[0] 7\n"), std::string::npos);
+    EXPECT_EQ(show("**").find('{'), std::string::npos);
+}
+
+TEST_F(FieldPathsOfAJob, ShowGuidsInHexadecimalWhereThatIsWanted) {
+    vemra_tree_an node = {};
+    node.guid = 0x2c903;
+    node.tree_id = 255;
+    job_.agg_nodes = &node;
+    job_.agg_nodes_num = 1;
+    std::string shown;
+    const FieldPath path = std::get<FieldPath>(FieldPath::parse("agg_nodes"));
+    path.each(*find_kind("JOB_DATA"), &job_, [&](const FoundField &field) {
+        shown += field.value(GuidForm::hexadecimal) + "\n" + field.value() + "\n";
+    });
+    EXPECT_NE(shown.find("\n  guid: 0x000000000002c903\n"), std::string::npos) << shown;
+    EXPECT_NE(shown.find("\n  guid: 182531\n"), std::string::npos) << shown;
+    EXPECT_EQ(shown.find("tree_id: 0x"), std::string::npos) << shown;
 }
 
 TEST_F(FieldPathsOfAJob, LeadNowhereAfterTheEndOfAList) {
@@ -160,8 +232,21 @@ TEST(FieldPaths, SayWhereTheyAreNoPaths) {
     EXPECT_EQ(error_of("conns."), "column 7: a key is missing");
     EXPECT_EQ(error_of("conns..sl"), "column 7: a key is missing");
     EXPECT_EQ(error_of("[3]"), "column 1: a key is missing");
-    EXPECT_EQ(error_of("conns[]"), "column 7: an index is a number, from 0 on, or *");
-    EXPECT_EQ(error_of("conns[-1]"), "column 7: an index is a number, from 0 on, or *");
+    for (const char *wrong : {"conns[]", "conns[-]", "conns[x]", "conns[ 1]", "conns[+1]"}) {
+        EXPECT_EQ(error_of(wrong), "column 7: an index is a number, a range such as 2:5, or *");
+    }
+    EXPECT_EQ(error_of("conns[1:2:3]"), "column 10: \"]\" is missing");
+    EXPECT_EQ(error_of("conns[:-]"), "column 8: \"]\" is missing");
+    EXPECT_EQ(error_of("conns[1:18446744073709551616]"), "column 9: this index is too large");
+    EXPECT_EQ(error_of("*"), "column 1: a key is missing");
+    EXPECT_EQ(error_of("***"),
+              "column 3: a key, an index or the end of the path should stand here");
+    std::string longest = "**";
+    for (int i = 0; i < 61; ++i) {
+        longest += ".**";
+    }
+    EXPECT_EQ(error_of(longest + ".sl"), "(a path)");
+    EXPECT_EQ(error_of(longest + ".**.sl"), "column 190: this path is too long");
     EXPECT_EQ(error_of("conns[1"), "column 8: \"]\" is missing");
     EXPECT_EQ(error_of("conns[18446744073709551616]"), "column 7: this index is too large");
     EXPECT_EQ(error_of("conns[1]x"),
@@ -184,6 +269,33 @@ TEST(FieldPaths, SayWhichKeyMayBeMeant) {
               "column 1: no message has a field \"qqqqqqqqqqqqqqqqqq\"");
 }
 
+TEST(FieldPaths, SayWhichKeyMayBeMeantAtAnyDepth) {
+    EXPECT_EQ(error_of("**.tre_id"),
+              "column 4: no message has a field \"tre_id\" at any depth; did "
+              "you mean \"**.tree_id\"?");
+    EXPECT_EQ(error_of("conns.**.rat"), "column 10: \"conns\" has no field \"rat\" at any depth; "
+                                        "did you mean \"conns.**.rate\"?");
+    EXPECT_EQ(error_of("**.job_id.x"), "column 11: \"job_id\" is a number and has no fields");
+    EXPECT_EQ(error_of("**.qpc_opts[0]"), "column 12: \"qpc_opts\" is no list and takes no index");
+    EXPECT_EQ(error_of("reservation_info_request.reservation_id.**"),
+              "column 41: \"reservation_id\" is a number and has no fields");
+}
+
+TEST(FieldPaths, TellWhereTheyLead) {
+    std::string text;
+    for (const FieldPlace &place :
+         std::get<FieldPath>(FieldPath::parse("**.ftree_data")).places()) {
+        text +=
+            std::string(place.kind->name) + " " + place.path + " in " + place.table->name + "\n";
+        EXPECT_EQ(key_of(*place.row), "ftree_data");
+    }
+    EXPECT_EQ(text, "SM_DATA sm_data.ftree_data in vemra_sm_data\n");
+    const std::vector<FieldPlace> whole = std::get<FieldPath>(FieldPath::parse("end_job")).places();
+    ASSERT_EQ(whole.size(), 1U);
+    EXPECT_EQ(whole[0].path, "end_job");
+    EXPECT_EQ(whole[0].row, nullptr);
+}
+
 TEST(FieldPaths, SayWhereAKeyStands) {
     EXPECT_EQ(error_of("rnr_mode"),
               "column 1: no message has a field \"rnr_mode\"; did you mean \"qpc_opts.rnr_mode\"?");
@@ -199,6 +311,24 @@ TEST(FieldPaths, SayWhatHasNoIndexAndNoFields) {
     EXPECT_EQ(error_of("hosts.x"), "column 7: \"hosts\" is a text and has no fields");
     EXPECT_EQ(error_of("port_guids.x"),
               "column 12: \"port_guids\" is a list of numbers and has no fields");
+}
+
+TEST(FieldPaths, LeadToTheBlocksOfMessagesAsTheyAreWritten) {
+    for (const MessageKind &kind : kvt_str::message_kinds()) {
+        if (kind.record == nullptr) {
+            continue;
+        }
+        const OwnedMessage sample = make_sample(kind, {3, 6, 0});
+        std::string text;
+        ASSERT_TRUE(add_text(kind, sample.record(), text));
+        // Within the message, the block is indented by two blanks.
+        std::string block = block_text(*kind.record, sample.record(), GuidForm::decimal);
+        for (size_t at = 0; (at = block.find('\n', at)) != std::string::npos;) {
+            block.insert(++at, "  ");
+        }
+        EXPECT_EQ(text, "msg {\n  type: " + std::string(kind.name) + "\n  " + kind.block + " " +
+                            block + "\n}\n\n");
+    }
 }
 
 void try_all_paths(const MessageKind &kind, const void *record, const Record &table,

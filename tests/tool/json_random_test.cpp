@@ -27,7 +27,8 @@ std::vector<const MessageKind *> kinds_with_records() {
 }
 
 JsonForm random_form(Random &random) {
-    return {below(random, 2) == 0, below(random, 2) == 0};
+    return {below(random, 2) == 0,
+            below(random, 2) == 0 ? GuidForm::decimal : GuidForm::hexadecimal};
 }
 
 TEST(Json, KeepsRandomRecordsOfEveryKindInEveryForm) {

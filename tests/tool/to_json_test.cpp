@@ -40,9 +40,10 @@ TEST(ToJson, HasNumbersOf64BitsAsStrings) {
 
 TEST(ToJson, HasGuidsInHexadecimalWhenAsked) {
     const std::string lines = "port_guids: 1\nport_guids: 18446744073709551615\n";
-    EXPECT_EQ(json_of(VEMRA_MSG_TYPE_TOPOLOGY_INFO_REQUEST, lines, {.hexadecimal_guids = true}),
-              R"({"type":"TOPOLOGY_INFO_REQUEST","topology_info_request":)"
-              R"({"port_guids":["0x0000000000000001","0xffffffffffffffff"]}})");
+    EXPECT_EQ(
+        json_of(VEMRA_MSG_TYPE_TOPOLOGY_INFO_REQUEST, lines, {.guids = GuidForm::hexadecimal}),
+        R"({"type":"TOPOLOGY_INFO_REQUEST","topology_info_request":)"
+        R"({"port_guids":["0x0000000000000001","0xffffffffffffffff"]}})");
 }
 
 TEST(ToJson, LeavesOutCountsThatFollowFromTheirLists) {

@@ -47,6 +47,20 @@ void take_threads(CLI::App *command, CommonOptions &options) {
         ->check(CLI::Range(0U, 1024U).description(""));
 }
 
+void take_guid_form(CLI::App *command, GuidForm &form) {
+    const std::string usual = form == GuidForm::decimal ? "dec" : "hex";
+    command
+        ->add_option_function<std::string>(
+            "--guid",
+            [&](const std::string &word) {
+                form = word == "hex" ? GuidForm::hexadecimal : GuidForm::decimal;
+            },
+            "GUIDs in decimal (dec), as in the text, or as 0x and 16 digits (hex); " + usual +
+                " when\nnothing is said")
+        ->check(CLI::IsMember({"dec", "hex", "decimal"}).description(""))
+        ->type_name("FORM");
+}
+
 const CLI::Validator whole_number(
     [](std::string &word) {
         uint64_t number = 0;

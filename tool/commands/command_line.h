@@ -10,6 +10,7 @@
 #include "io/input.h"
 #include "io/problems.h"
 #include "message_kinds.h"
+#include "model/value_text.h"
 
 namespace kvt_tool {
 
@@ -31,12 +32,24 @@ void take_inputs(CLI::App *command, CommonOptions &options);
 /// Takes --jobs.
 void take_threads(CLI::App *command, CommonOptions &options);
 
+/// Takes --guid.
+void take_guid_form(CLI::App *command, GuidForm &form);
+
 /// A number of 64 bits. The command line's parser itself would take -1 for the greatest.
 extern const CLI::Validator whole_number;
 
 /// The kind that a word of the command line names, which carries a record. Throws a
 /// CLI::ValidationError for any other word.
 const kvt_str::MessageKind *kind_option(const std::string &word);
+
+/// Whether a word names a command.
+bool is_command(const CLI::App &app, const std::string &word);
+
+/// What is wrong with a word that names no command, with the one that may be meant.
+std::string unknown_command(const CLI::App &app, const std::string &word);
+
+/// What --version prints: of what this program is made.
+std::string version_text();
 
 /// Whether an open file is a terminal, and its user wants colours.
 bool is_terminal_for_colours(int file);

@@ -16,8 +16,10 @@ void add_graph(CLI::App &app);
 void add_stat(CLI::App &app);
 void add_split(CLI::App &app);
 void add_show(CLI::App &app);
+void add_find(CLI::App &app);
 void add_describe(CLI::App &app);
 void add_gen(CLI::App &app);
 void add_kinds(CLI::App &app);
+void add_help(CLI::App &app);
 
 } // namespace kvt_tool

@@ -87,7 +87,8 @@ private:
 class DiffJson {
 public:
     explicit DiffJson(const DiffOptions &options)
-        : brief_(options.form.brief), form_{.hexadecimal_guids = options.guids == "hex"} {}
+        : brief_(options.form.brief), form_{.guids = options.guids == "hex" ? GuidForm::hexadecimal
+                                                                            : GuidForm::decimal} {}
 
     std::string lines(const MessageDifference &difference) const {
         if (difference.b == nullptr) {

@@ -124,7 +124,6 @@ ExitStatus print_json_schema() {
 void add_json(CLI::App &app) {
     static CommonOptions common;
     static JsonOptions options;
-    static std::string guids = "decimal";
     static bool schema = false;
     CLI::App *command = add_command(
         app, "json", "Print messages as JSON.",
@@ -142,13 +141,10 @@ void add_json(CLI::App &app) {
     command->add_flag("-l,--lines", options.lines, "One message a line, not one list of all");
     command->add_flag("--plain-numbers", options.form.plain_numbers,
                       "Numbers of 64 bits as numbers, for programs that keep them");
-    command->add_option("--guid", guids, "GUIDs in decimal, as in the text, or hex, as 0x...")
-        ->check(CLI::IsMember({"decimal", "hex"}))
-        ->type_name("FORM");
+    take_guid_form(command, options.form.guids);
     command->add_flag("--schema", schema, "Print the JSON Schema of a message instead");
     take_threads(command, common);
     command->callback([] {
-        options.form.hexadecimal_guids = guids == "hex";
         options.threads = common.threads;
         chosen = [] {
             return schema ? print_json_schema() : convert_to_json(common.inputs, options);

@@ -10,6 +10,7 @@
 #include "io/problems.h"
 #include "io/unread.h"
 #include "model/field_path.h"
+#include "json/to_json.h"
 
 namespace kvt_tool {
 
@@ -17,6 +18,8 @@ namespace {
 
 struct ShowOptions {
     bool with_paths = false; ///< each value after its input, line and path
+    bool as_json = false;
+    GuidForm guids = GuidForm::decimal;
     unsigned threads = 1;
 };
 
@@ -32,11 +35,8 @@ public:
     void work(const Unit &unit, Result &result) const {
         const bool read = read_messages(unit, [&](const ReadMessage &message) {
             path_.each(message.kind, message.record, [&](const FoundField &found) {
-                if (options_.with_paths) {
-                    result.text += unit.input + ":" + std::to_string(message.line) + ": ";
-                    result.text.append(found.path) += ": ";
-                }
-                result.text += found.value() + "\n";
+                result.text +=
+                    options_.as_json ? as_json(message, found) : as_words(message, found);
             });
         });
         result.unread.note(unit, read);
@@ -55,6 +55,24 @@ public:
     bool found() const { return found_; }
 
 private:
+    std::string as_words(const ReadMessage &message, const FoundField &found) const {
+        std::string words;
+        if (options_.with_paths) {
+            words = message.unit.input + ":" + std::to_string(message.line) + ": ";
+            words.append(found.path) += ": ";
+        }
+        return words + found.value(options_.guids) + "\n";
+    }
+
+    std::string as_json(const ReadMessage &message, const FoundField &found) const {
+        const Json object = {{"file", message.unit.input},
+                             {"line", message.line},
+                             {"type", message.kind.name},
+                             {"path", found.path},
+                             {"value", to_json(found, {.guids = options_.guids})}};
+        return object.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
+    }
+
     const FieldPath &path_;
     const ShowOptions &options_;
     UnreadOfInput unread_;
@@ -80,17 +98,25 @@ void add_show(CLI::App &app) {
     static std::string path;
     CLI::App *command = add_command(
         app, "show", "Print the values at a field path.",
-        "A path is made of keys with dots between them. [3] after the key of a list is its "
-        "element\n"
-        "3, counted from 0; [*], or nothing, all of them. Messages without the field are passed "
-        "over.\n\n"
+        "A path is made of keys with dots between them. After the key of a list, [3] is its "
+        "element "
+        "3,\n"
+        "counted from 0, [-1] the last one, [2:5] those from 2 on and before 5, [:3] the first and "
+        "[-3:]\n"
+        "the last three; [*], or nothing, all of them. ** stands for any number of blocks. "
+        "Messages\n"
+        "without the field are passed over.\n\n"
         "Exit status: 0 something was found, 1 nothing was, or something is no message, 2 a file\n"
         "cannot be read.\n\n"
-        "Example: kvt show 'conns[3].pr_sd_to_an.sl' job.kvt");
+        "Example: kvt show -p --guid hex '**.guid' job.kvt");
     command->add_option("PATH", path, "The path")->required()->type_name("");
     take_inputs(command, common);
     command->add_flag("-p,--with-paths", options.with_paths,
                       "Print file, line and path before each value");
+    command->add_flag(
+        "--json", options.as_json,
+        "Print a JSON object for each value, one a line, with file, line, kind and path");
+    take_guid_form(command, options.guids);
     take_threads(command, common);
     command->callback([] {
         options.threads = common.threads;

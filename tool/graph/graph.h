@@ -23,6 +23,9 @@ bool has_graph(const kvt_str::MessageKind &kind);
 std::string to_dot(const kvt_str::MessageKind &kind, const void *record, const std::string &title,
                    Detail detail = Detail::by_size);
 
+/// The version of Graphviz.
+std::string graphviz_version();
+
 /// A DOT text drawn in a format (svg, png, pdf, ...) by the layout that the text asks for. Says why
 /// not in `reason` and returns nothing. Only one thread may draw at a time.
 std::optional<std::string> render(const std::string &dot, const std::string &format,

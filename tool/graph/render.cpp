@@ -140,6 +140,10 @@ std::optional<std::string> draw(const std::string &dot, const std::string &forma
 
 } // namespace
 
+std::string graphviz_version() {
+    return gvcVersion(context());
+}
+
 std::optional<std::string> render(const std::string &dot, const std::string &format,
                                   std::string &reason) {
     said.clear();

@@ -19,7 +19,7 @@ Json number_to_json(const Row &row, uint64_t value, const JsonForm &form) {
     if (is_signed(row)) {
         return static_cast<int64_t>(value);
     }
-    if (form.hexadecimal_guids && is_guid(row)) {
+    if (form.guids == GuidForm::hexadecimal && is_guid(row)) {
         return guid_text(value);
     }
     // Programs that keep numbers as floats would lose digits beyond 53 bits.
@@ -125,6 +125,11 @@ Json field_to_json(const Row &row, const void *record, std::optional<uint64_t> i
                    const JsonForm &form) {
     return index.has_value() ? element_to_json(row, elements_of(row, record), *index, form)
                              : value_to_json(row, record, form);
+}
+
+Json to_json(const FoundField &found, const JsonForm &form) {
+    return found.block != nullptr ? record_to_json(*found.block, found.content, form)
+                                  : field_to_json(*found.row, found.record, found.index, form);
 }
 
 bool is_utf8(std::string_view text) {

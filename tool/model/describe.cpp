@@ -148,7 +148,8 @@ constexpr Notation plain = {[](std::string_view key) { return std::string(key); 
                                 return std::string(record.name);
                             }};
 
-/// What a missing key stands for.
+} // namespace
+
 std::string default_of(const Row &row) {
     switch (shape_of(row)) {
     case Shape::number:
@@ -169,6 +170,8 @@ std::string default_of(const Row &row) {
     return "";
 }
 
+namespace {
+
 /// What a number has to do with another row.
 std::string relation_of(const Record &table, const Row &row) {
     const Row *counted = counted_by(table, row);
@@ -179,9 +182,17 @@ std::string relation_of(const Record &table, const Row &row) {
            std::string(key_of(*counted));
 }
 
-class KindTable {
+} // namespace
+
+std::string value_of(const Record &table, const Row &row) {
+    return type_of(table, row, plain) + relation_of(table, row);
+}
+
+namespace {
+
+class KeyTable {
 public:
-    KindTable() : columns_({left, left, left, left}) {
+    KeyTable() : columns_({left, left, left, left}) {
         columns_.add({"KEY", "VALUE", "DEFAULT", "WRITTEN"});
     }
 
@@ -191,8 +202,7 @@ public:
             const bool is_new = row.element != nullptr && is_first(*row.element);
             std::string key = indent + std::string(key_of(row));
             key += row.element == nullptr ? "" : is_new ? " {" : " { as above }";
-            columns_.add({std::move(key), type_of(table, row, plain) + relation_of(table, row),
-                          default_of(row), written(row)});
+            columns_.add({std::move(key), value_of(table, row), default_of(row), written(row)});
             if (is_new) {
                 add(*row.element, level + 1);
                 columns_.add({indent + "}"});
@@ -217,26 +227,24 @@ private:
 
 } // namespace
 
-std::string describe_kinds() {
+std::string list_kinds(bool with_purposes) {
     Columns columns({left, left, left, left});
     columns.add({"VALUE", "KIND", "BLOCK", "RECORD"});
     for (const MessageKind &kind : message_kinds()) {
         const bool carries = kind.record != nullptr;
         columns.add({std::to_string(kind.value), kind.name, carries ? kind.block : "-",
                      carries ? kind.record->name : "-"});
-        columns.add_text("       " + std::string(purpose_of(kind)));
+        if (with_purposes) {
+            columns.add_text("       " + std::string(purpose_of(kind)));
+        }
     }
     return columns.text();
 }
 
-std::string list_kinds() {
-    Columns columns({left, left, left});
-    columns.add({"VALUE", "KIND", "RECORD"});
-    for (const MessageKind &kind : message_kinds()) {
-        columns.add({std::to_string(kind.value), kind.name,
-                     kind.record != nullptr ? kind.record->name : "-"});
-    }
-    return columns.text();
+std::string describe_record(const Record &table) {
+    KeyTable keys;
+    keys.add(table, 0);
+    return keys.text();
 }
 
 std::string describe_kind(const MessageKind &kind) {
@@ -245,10 +253,8 @@ std::string describe_kind(const MessageKind &kind) {
     if (kind.record == nullptr) {
         return text;
     }
-    text += std::string("Block ") + kind.block + ", record " + kind.record->name + ".\n\n";
-    KindTable table;
-    table.add(*kind.record, 0);
-    return text + table.text();
+    return text + "Block " + kind.block + ", record " + kind.record->name + ".\n\n" +
+           describe_record(*kind.record);
 }
 
 } // namespace kvt_tool

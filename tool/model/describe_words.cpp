@@ -63,14 +63,17 @@ std::vector<std::string> kinds_meant_by(std::string_view word) {
     return names;
 }
 
-std::string unknown_kind(std::string_view word) {
-    std::string text = "there is no kind '" + std::string(word) + "'";
-    const std::vector<std::string> names = kinds_meant_by(word);
+std::string suggestion_of(const std::vector<std::string> &names) {
+    std::string text;
     for (size_t i = 0; i < names.size(); ++i) {
         text += i == 0 ? "; did you mean " : i + 1 == names.size() ? " or " : ", ";
         text += names[i];
     }
     return text + (names.empty() ? "; kvt describe lists all" : "?");
+}
+
+std::string unknown_kind(std::string_view word) {
+    return "there is no kind '" + std::string(word) + "'" + suggestion_of(kinds_meant_by(word));
 }
 
 } // namespace kvt_tool

@@ -4,13 +4,14 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
-#include <span>
 #include <string>
 #include <string_view>
 #include <variant>
 #include <vector>
 
+#include "model/element_range.h"
 #include "model/fields.h"
+#include "model/value_text.h"
 
 namespace kvt_tool {
 
@@ -26,12 +27,22 @@ struct FoundField {
 
     /// A number or text as the writer writes it, without key and quotes. Of a record the lines of
     /// its block, without the indentation of the block and from "{" to "}". No newline at the end.
-    std::string value() const;
+    std::string value(GuidForm guids = GuidForm::decimal) const;
+};
+
+/// A field that a path leads to in every message of a kind.
+struct FieldPlace {
+    const MessageKind *kind;
+    std::string path;    ///< without indices, the name of the message's block in front
+    const Record *table; ///< that has the row; of the whole record its own
+    const Row *row;      ///< null for the whole record of a message
 };
 
 /// A path, by the keys of the format's tables: keys with dots between them, the name of the
-/// message's block in front or not. `[3]` after the key of a list is its element 3, counted from
-/// 0; `[*]`, or no index, is all its elements.
+/// message's block in front or not. In brackets after the key of a list stands which elements are
+/// meant: `[3]` counted from 0, `[-1]` from the end, `[2:5]` those from 2 on and before 5; `[*]`,
+/// or nothing, is all of them. `**` in place of a key is any number of blocks, even none; at the
+/// end of a path it is all values, at any depth.
 class FieldPath {
 public:
     /// The path of a text, which some kind of message must have; else what is wrong and where:
@@ -39,7 +50,7 @@ public:
     static std::variant<FieldPath, std::string> parse(std::string_view text);
 
     /// True when messages of this kind have the field, even where a list on the way is empty.
-    bool applies_to(const MessageKind &kind) const { return !find_mismatch(kind).has_value(); }
+    bool applies_to(const MessageKind &kind) const;
 
     using Callback = std::function<void(const FoundField &)>;
 
@@ -49,28 +60,57 @@ public:
     /// their lines out.
     void each(const MessageKind &kind, const void *record, const Callback &found) const;
 
+    /// Where the path leads to in messages of all kinds, in the order of their texts.
+    std::vector<FieldPlace> places() const;
+
 private:
     friend class FieldPathParser;
+    friend class FieldPathWalk;
 
     struct Step {
-        std::string key;
-        size_t offset;                 ///< of the key in the path's text
-        bool has_index;                ///< something stands in brackets after the key
-        std::optional<uint64_t> index; ///< none for all elements
+        std::string key;                      ///< empty for any number of blocks
+        size_t offset;                        ///< in the path's text
+        std::optional<ElementRange> elements; ///< what stands in brackets after the key
+
+        bool is_any_depth() const { return key.empty(); }
     };
 
-    /// Why a kind does not have the field.
+    /// The steps that may come next, a bit each, and after them one for the end of the path. A path
+    /// with `**` may have come to several.
+    using Steps = uint64_t;
+
+    static constexpr size_t most_steps = 63;
+
+    Steps end_of_path() const { return Steps{1} << steps_.size(); }
+
+    /// Those to begin with in messages of a kind: without the name of the block. Only the end for
+    /// a path that is no more than that.
+    Steps first_steps(const MessageKind &kind) const;
+
+    /// With those after steps that may stand for nothing.
+    Steps with_skipped(Steps steps) const;
+
+    /// Those after a row, and after its element `index` of so many; of any element when `count` is
+    /// 0.
+    Steps after(Steps steps, const Row &row, uint64_t index = 0, uint64_t count = 0) const;
+
+    /// The elements of a list of so many that some of the steps mean.
+    ElementRange::Bounds meant(Steps steps, const Row &row, uint64_t count) const;
+
+    /// Whether these steps lead to a field of some record of this type.
+    bool lead_on(Steps steps, const Record &table) const;
+
+    /// Why a record does not have the field.
     struct Mismatch {
         enum class Reason : uint8_t { no_such_key, no_list, no_record };
 
         Reason reason;
-        size_t step;         ///< the first that the kind does not have, in `steps_`
-        const Record *table; ///< where its key is looked for; null for a kind without a record
+        size_t step;         ///< that the record does not have, in `steps_`
+        const Record *table; ///< where its key is looked for
         const Row *row;      ///< that of its key, if there is one
     };
 
-    std::optional<Mismatch> find_mismatch(const MessageKind &kind) const;
-    std::span<const Step> steps_within(const MessageKind &kind) const;
+    std::optional<Mismatch> mismatch_of(size_t step, const Record &table) const;
 
     std::vector<Step> steps_; ///< at least one
 };

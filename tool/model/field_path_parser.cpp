@@ -60,12 +60,15 @@ private:
     using Reason = Mismatch::Reason;
 
     bool take_step();
-    bool take_index(FieldPath::Step &step);
+    bool take_elements(FieldPath::Step &step);
+    bool take_place(std::optional<ListPlace> &place);
     bool fail(std::string reason);
 
     char next() const { return at_ < text_.size() ? text_[at_] : '\0'; }
 
     bool applies_to_any_kind();
+    void collect(FieldPath::Steps steps, const Record &table,
+                 std::vector<Mismatch> &furthest) const;
     std::string explain(const std::vector<Mismatch> &furthest) const;
     std::string suggestion(const std::vector<Mismatch> &furthest) const;
     std::string_view text_before(const FieldPath::Step &step) const;
@@ -81,44 +84,72 @@ bool FieldPathParser::fail(std::string reason) {
     return false;
 }
 
-bool FieldPathParser::take_index(FieldPath::Step &step) {
+/// A number, with a minus sign from the list's end. Takes nothing where no number stands.
+bool FieldPathParser::take_place(std::optional<ListPlace> &place) {
+    const size_t sign = next() == '-' ? 1 : 0;
+    const char *begin = text_.data() + at_ + sign;
+    uint64_t distance = 0;
+    const auto [after, error] = std::from_chars(begin, text_.data() + text_.size(), distance);
+    if (error == std::errc::result_out_of_range) {
+        return fail("this index is too large");
+    }
+    if (error == std::errc()) {
+        place = ListPlace{distance, sign != 0 && distance != 0};
+        at_ += sign + static_cast<size_t>(after - begin);
+    }
+    return true;
+}
+
+bool FieldPathParser::take_elements(FieldPath::Step &step) {
     if (next() != '[') {
         return true;
     }
     ++at_;
-    step.has_index = true;
+    ElementRange elements;
     if (next() == '*') {
         ++at_;
     } else {
-        const char *begin = text_.data() + at_;
-        uint64_t index = 0;
-        const auto [after, error] = std::from_chars(begin, text_.data() + text_.size(), index);
-        if (error == std::errc::result_out_of_range) {
-            return fail("this index is too large");
+        if (!take_place(elements.begin)) {
+            return false;
         }
-        if (error != std::errc()) {
-            return fail("an index is a number, from 0 on, or *");
+        elements.is_one = next() != ':';
+        if (elements.is_one && !elements.begin.has_value()) {
+            return fail("an index is a number, a range such as 2:5, or *");
         }
-        step.index = index;
-        at_ += static_cast<size_t>(after - begin);
+        if (!elements.is_one) {
+            ++at_;
+            if (!take_place(elements.end)) {
+                return false;
+            }
+        }
     }
     if (next() != ']') {
         return fail("\"]\" is missing");
     }
     ++at_;
+    step.elements = elements;
     return true;
 }
 
 bool FieldPathParser::take_step() {
+    constexpr std::string_view any_depth = "**";
+    if (path_.steps_.size() == FieldPath::most_steps) {
+        return fail("this path is too long");
+    }
     const size_t begin = at_;
+    if (text_.substr(at_).starts_with(any_depth)) {
+        at_ += any_depth.size();
+        path_.steps_.push_back({"", begin, std::nullopt});
+        return true;
+    }
     while (is_key_character(next())) {
         ++at_;
     }
     if (at_ == begin) {
         return fail("a key is missing");
     }
-    FieldPath::Step step = {std::string(text_.substr(begin, at_ - begin)), begin, false, {}};
-    if (!take_index(step)) {
+    FieldPath::Step step = {std::string(text_.substr(begin, at_ - begin)), begin, std::nullopt};
+    if (!take_elements(step)) {
         return false;
     }
     path_.steps_.push_back(std::move(step));
@@ -134,16 +165,14 @@ std::string FieldPathParser::suggestion(const std::vector<Mismatch> &furthest) c
     const FieldPath::Step &step = path_.steps_[furthest.front().step];
     const std::string before(text_.substr(0, step.offset));
     for (const Mismatch &mismatch : furthest) {
-        const std::string below =
-            mismatch.table != nullptr ? path_below(*mismatch.table, step.key) : "";
+        const std::string below = path_below(*mismatch.table, step.key);
         if (!below.empty()) {
             return before + below;
         }
     }
     kvt_checking::Nearest nearest(step.key);
     for (const Mismatch &mismatch : furthest) {
-        for (const Row &row :
-             mismatch.table != nullptr ? mismatch.table->rows : std::span<const Row>()) {
+        for (const Row &row : mismatch.table->rows) {
             nearest.consider(key_of(row));
         }
     }
@@ -167,20 +196,26 @@ std::string FieldPathParser::explain(const std::vector<Mismatch> &furthest) cons
                " and has no fields";
     }
     const std::string meant = suggestion(furthest);
-    return (step.offset == 0 ? "no message" : in_quotes(text_before(step))) + " has " +
-           (step.offset == 0 ? "a" : "no") + " field " + in_quotes(step.key) +
+    const bool at_any_depth = first.step > 0 && path_.steps_[first.step - 1].is_any_depth();
+    const std::string_view before = text_before(at_any_depth ? path_.steps_[first.step - 1] : step);
+    return (before.empty() ? "no message has a field " : in_quotes(before) + " has no field ") +
+           in_quotes(step.key) + (at_any_depth ? " at any depth" : "") +
            (meant.empty() ? "" : "; did you mean " + in_quotes(meant) + "?");
 }
 
-bool FieldPathParser::applies_to_any_kind() {
+/// Keeps what a table does not have, if the path has come as far as anywhere before.
+void FieldPathParser::collect(FieldPath::Steps steps, const Record &table,
+                              std::vector<Mismatch> &furthest) const {
     const auto rank = [](const Mismatch &mismatch) {
         return 2 * mismatch.step + (mismatch.reason != Reason::no_such_key ? 1 : 0);
     };
-    std::vector<Mismatch> furthest;
-    for (const MessageKind &kind : kvt_str::message_kinds()) {
-        const std::optional<Mismatch> mismatch = path_.find_mismatch(kind);
+    for (size_t i = 0; i < path_.steps_.size(); ++i) {
+        if ((steps >> i & 1) == 0 || path_.steps_[i].is_any_depth()) {
+            continue;
+        }
+        const std::optional<Mismatch> mismatch = path_.mismatch_of(i, table);
         if (!mismatch.has_value()) {
-            return true;
+            continue;
         }
         if (!furthest.empty() && rank(*mismatch) > rank(furthest.front())) {
             furthest.clear();
@@ -188,6 +223,27 @@ bool FieldPathParser::applies_to_any_kind() {
         if (furthest.empty() || rank(*mismatch) == rank(furthest.front())) {
             furthest.push_back(*mismatch);
         }
+    }
+    for (const Row &row : table.rows) {
+        if (const FieldPath::Steps next = path_.after(steps, row);
+            row.element != nullptr && next != 0) {
+            collect(next, *row.element, furthest);
+        }
+    }
+}
+
+bool FieldPathParser::applies_to_any_kind() {
+    std::vector<Mismatch> furthest;
+    for (const MessageKind &kind : kvt_str::message_kinds()) {
+        if (path_.applies_to(kind)) {
+            return true;
+        }
+        if (kind.record != nullptr) {
+            collect(path_.first_steps(kind), *kind.record, furthest);
+        }
+    }
+    if (furthest.empty()) {
+        return fail("there is nothing below this block");
     }
     const Mismatch &first = furthest.front();
     const FieldPath::Step &step = path_.steps_[first.step];

@@ -9,17 +9,6 @@ namespace kvt_tool {
 
 namespace {
 
-std::string decimal(const Row &row, uint64_t number) {
-    return is_signed(row) ? std::to_string(static_cast<int64_t>(number)) : std::to_string(number);
-}
-
-std::string real_text(float value) {
-    char characters[kvt_str::real_capacity];
-    // The writer leaves out a zero, whatever its sign.
-    const size_t length = kvt_str::format_real(value == 0.0F ? 0.0F : value, characters);
-    return {characters, length};
-}
-
 /// The length of the character of UTF-8 at the start of a text that is not empty; 0 for bytes that
 /// are none, and for what controls a terminal.
 size_t printable_length(std::string_view text) {
@@ -60,12 +49,30 @@ size_t printable_length(std::string_view text) {
 
 } // namespace
 
-std::string plain_value(const Row &row, const void *record) {
+std::string plain_real(float value) {
+    char characters[kvt_str::real_capacity];
+    // The writer leaves out a zero, whatever its sign.
+    const size_t length = kvt_str::format_real(value == 0.0F ? 0.0F : value, characters);
+    return {characters, length};
+}
+
+std::string shown_number(const Row &row, uint64_t number, GuidForm guids) {
+    if (is_signed(row)) {
+        return std::to_string(static_cast<int64_t>(number));
+    }
+    const std::string decimal = std::to_string(number);
+    if (!is_guid(row) || guids == GuidForm::decimal) {
+        return decimal;
+    }
+    return guid_text(number) + (guids == GuidForm::both ? " = " + decimal : "");
+}
+
+std::string plain_value(const Row &row, const void *record, GuidForm guids) {
     switch (shape_of(row)) {
     case Shape::number:
-        return decimal(row, number_of(row, record));
+        return shown_number(row, number_of(row, record), guids);
     case Shape::real:
-        return real_text(real_of(row, record));
+        return plain_real(real_of(row, record));
     default:
         return std::string(text_of(row, record));
     }
@@ -76,16 +83,8 @@ std::string exact_real(float value) {
     return {digits, std::to_chars(digits, digits + sizeof digits, value).ptr};
 }
 
-std::string plain_element(const Row &row, const Elements &numbers, uint64_t index) {
-    return decimal(row, number_at(numbers, index));
-}
-
-std::string shown_number(const Row &row, uint64_t number, GuidForm guids) {
-    if (!is_guid(row) || guids == GuidForm::decimal) {
-        return decimal(row, number);
-    }
-    const std::string text = guid_text(number);
-    return guids == GuidForm::both ? text + " = " + decimal(row, number) : text;
+std::string plain_element(const Row &row, const Elements &numbers, uint64_t index, GuidForm guids) {
+    return shown_number(row, number_at(numbers, index), guids);
 }
 
 std::string shown_value(const Row &row, const void *record, GuidForm guids) {
