@@ -35,12 +35,13 @@ const MessageKind &kind_from_json(const JsonValue &message) {
     const std::string name = type.kind == JsonKind::string ? string_of(type) : "";
     kvt_checking::Nearest nearest(name);
     for (const MessageKind &kind : kvt_str::message_kinds()) {
-        if (kind.record != nullptr && name == kind.name) {
+        if (kind.record == nullptr) {
+            continue;
+        }
+        if (name == kind.name) {
             return kind;
         }
-        if (kind.record != nullptr) {
-            nearest.consider(kind.name);
-        }
+        nearest.consider(kind.name);
     }
     JsonPath(nullptr, "type")
         .fail(type,

@@ -40,7 +40,7 @@ bool JsonStream::skip_to_value(size_t &at) {
 
 /// Takes a character of a value that stands in none of its strings. `whole` is said at what comes
 /// after the value.
-JsonStream::End JsonStream::take_outside_of_strings(Scan &scan, char character) const {
+JsonStream::End JsonStream::take_outside_of_strings(Scan &scan, char character) {
     const bool in_object = (scan.objects & 1) != 0;
     const bool at_begin = scan.at == scan.begin;
     const bool is_opening = character == '{' || character == '[';

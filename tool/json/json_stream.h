@@ -58,7 +58,7 @@ private:
 
     bool skip_to_value(size_t &at);
     End find_end(Scan &scan) const;
-    End take_outside_of_strings(Scan &scan, char character) const;
+    static End take_outside_of_strings(Scan &scan, char character);
     size_t end_of_broken(const Scan &scan);
     std::unique_ptr<UnitBatch> take_open_list();
 

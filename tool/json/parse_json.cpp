@@ -189,7 +189,7 @@ void Parser::take_code_unit(const char *escape, uint32_t &unit) {
         if (at_ == end_ || !is_hexadecimal_digit(*at_)) {
             fail(escape, "\\u wants four hexadecimal digits");
         }
-        const auto digit = static_cast<uint32_t>(*at_);
+        const uint32_t digit = static_cast<unsigned char>(*at_);
         unit = unit << 4 | (is_digit(*at_) ? digit - '0' : ((digit | 0x20) - 'a') + 10);
     }
 }
