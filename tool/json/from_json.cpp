@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "kvt/kvt_check.h"
-#include "model/nearest_key.h"
+#include "kvt_check/nearest.h"
 #include "model/value_text.h"
 #include "model/write_text.h"
 #include "json/json_path.h"
@@ -15,17 +15,6 @@
 namespace kvt_tool {
 
 namespace {
-
-/// Messages of these kinds have records.
-std::vector<std::string_view> kind_names() {
-    std::vector<std::string_view> names;
-    for (const MessageKind &kind : kvt_str::message_kinds()) {
-        if (kind.record != nullptr) {
-            names.emplace_back(kind.name);
-        }
-    }
-    return names;
-}
 
 const JsonValue &type_of(const JsonValue &message) {
     if (message.kind != JsonKind::object) {
@@ -45,16 +34,21 @@ const JsonValue &type_of(const JsonValue &message) {
 const MessageKind &kind_from_json(const JsonValue &message) {
     const JsonValue &type = type_of(message);
     const std::string name = type.kind == JsonKind::string ? string_of(type) : "";
+    kvt_checking::Nearest nearest(name);
     for (const MessageKind &kind : kvt_str::message_kinds()) {
-        if (kind.record != nullptr && name == kind.name) {
+        if (kind.record == nullptr) {
+            continue;
+        }
+        if (name == kind.name) {
             return kind;
         }
+        nearest.consider(kind.name);
     }
-    const std::optional<std::string_view> meant = nearest(name, kind_names());
     JsonPath(nullptr, "type")
-        .fail(type, shown(type) + " is not a kind of message; " +
-                        (meant.has_value() ? "did you mean " + quoted_text(*meant) + "?"
-                                           : "\"kvt describe\" lists them"));
+        .fail(type,
+              shown(type) + " is not a kind of message; " +
+                  (nearest.word().empty() ? "\"kvt describe\" lists them"
+                                          : "did you mean " + quoted_text(nearest.word()) + "?"));
 }
 
 } // namespace
