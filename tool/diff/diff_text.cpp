@@ -1,7 +1,5 @@
 #include "diff/diff_text.h"
 
-#include <utility>
-
 #include "model/identity.h"
 
 namespace kvt_tool {
@@ -17,6 +15,24 @@ std::string coloured(What what, std::string line, const DiffForm &form) {
     }
     const char *colour = what == What::removed ? "31" : what == What::added ? "32" : "33";
     return std::string("\x1B[") + colour + "m" + line + "\x1B[0m";
+}
+
+/// A value that has changed, as it is in both records.
+std::string changed_text(const Difference &difference, GuidForm guids) {
+    const Row &row = *difference.row;
+    const auto shown = [&](const DifferencePlace &place) {
+        return place.index.has_value()
+                   ? shown_number(row, number_at(elements_of(row, place.record), *place.index),
+                                  guids)
+                   : shown_value(row, place.record, guids);
+    };
+    std::string before = shown(difference.a);
+    std::string after = shown(difference.b);
+    if (before == after) { // floats, whose difference lies beyond the digits that are written
+        before = exact_real(real_of(row, difference.a.record));
+        after = exact_real(real_of(row, difference.b.record));
+    }
+    return difference.a.path + ": " + before + " -> " + after;
 }
 
 /// An element that only one record has; of a list of records only its place.
@@ -51,10 +67,8 @@ std::string names_of(const Difference &difference, GuidForm guids) {
 
 std::string plain_text(const Difference &difference, GuidForm guids) {
     switch (difference.what) {
-    case What::changed: {
-        const auto [before, after] = changed_values(difference, guids);
-        return difference.a.path + ": " + before + " -> " + after;
-    }
+    case What::changed:
+        return changed_text(difference, guids);
     case What::removed:
     case What::added:
         return one_sided_text(difference, guids);
@@ -84,23 +98,6 @@ std::string counted(uint64_t count, const char *what) {
 }
 
 } // namespace
-
-ChangedValues changed_values(const Difference &difference, GuidForm guids) {
-    const Row &row = *difference.row;
-    const auto shown = [&](const DifferencePlace &place) {
-        return place.index.has_value()
-                   ? shown_number(row, number_at(elements_of(row, place.record), *place.index),
-                                  guids)
-                   : shown_value(row, place.record, guids);
-    };
-    std::string before = shown(difference.a);
-    std::string after = shown(difference.b);
-    if (before == after) { // floats, whose difference lies beyond the digits that are written
-        before = exact_real(real_of(row, difference.a.record));
-        after = exact_real(real_of(row, difference.b.record));
-    }
-    return {std::move(before), std::move(after)};
-}
 
 std::string difference_text(const Difference &difference, const DiffForm &form) {
     return coloured(difference.what,

@@ -16,14 +16,6 @@ struct DiffForm {
     GuidForm values = GuidForm::hexadecimal;
 };
 
-struct ChangedValues {
-    std::string before;
-    std::string after;
-};
-
-/// Both values of something that has changed.
-ChangedValues changed_values(const Difference &difference, GuidForm guids);
-
 /// One line without its newline: `conns[3].sl: 2 -> 4 (tree_id 1, vemrad_id 99)`,
 /// `- conns[7] (tree_id 1, vemrad_id 12)`, `+ port_guids[2]: 0x0002c90300001234`,
 /// `conns: order differs`. What identifies the elements that it lies in comes last.
