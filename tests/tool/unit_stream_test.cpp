@@ -1,4 +1,5 @@
 // How an input is divided, whatever its size.
+#include "io/input.h"
 #include "io/unit_stream.h"
 
 #include <gtest/gtest.h>

@@ -20,7 +20,7 @@ void TextPlace::add(std::string_view part) {
     column += part.size();
 }
 
-UnitReader::UnitReader(InputFile &input)
+UnitReader::UnitReader(ByteSource &input)
     : input_(input), name_(std::make_shared<const std::string>(input.name())) {}
 
 bool UnitReader::read_more() {
@@ -47,6 +47,7 @@ UnitReader::take(size_t length, std::vector<std::pair<size_t, size_t>> parts, bo
     batch->offset_ = offset_;
     batch->is_cut_ = is_cut;
     std::string rest = pending_.substr(length);
+    batch->is_before_message_ = rest.starts_with("msg");
     pending_.resize(length);
     batch->text_ = std::exchange(pending_, std::move(rest));
     place_.add(batch->text_);

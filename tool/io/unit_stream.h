@@ -20,7 +20,7 @@ class UnitStream : UnitReader {
 public:
     static constexpr size_t long_unit = 1 << 20;
 
-    explicit UnitStream(InputFile &input) : UnitReader(input) {}
+    explicit UnitStream(ByteSource &input) : UnitReader(input) {}
 
     /// The next units, about a megabyte of them or a single larger one; null at the end.
     std::unique_ptr<UnitBatch> next();
