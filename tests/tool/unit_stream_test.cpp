@@ -1,5 +1,4 @@
 // How an input is divided, whatever its size.
-#include "io/input.h"
 #include "io/unit_stream.h"
 
 #include <gtest/gtest.h>
@@ -8,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "io/input.h"
 #include "temporary_file.h"
 
 namespace kvt_tool {
