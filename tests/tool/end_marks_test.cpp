@@ -61,7 +61,7 @@ TEST(EndMarks, StandFirstWhereThereIsNoLine) {
 TEST(EndMarks, StandInEachOfManyConnections) {
     std::string lines;
     std::vector<Bytes> lists;
-    for (int i = 0; i < 20; ++i) {
+    for (int i = 0; i <= 64; ++i) {
         lines += "    conns {\n";
         Bytes &list = lists.emplace_back();
         for (int child = 0; child < i; ++child) {

@@ -83,9 +83,10 @@ TEST(NormalForm, HasNoMoreOfAStringThanOneLineKeeps) {
 TEST(NormalForm, LosesATextWithABraceThatEndsItsBlockWhereItIsWritten) {
     EXPECT_EQ(normal_form_of(job_error_with("description: \"a}b\"\n")),
               job_error_with("    error: 0\n    type: 0\n") + "\n");
-    // Where nothing stands before it the reader takes it.
-    const std::string first = begin_job_with("hosts: \"a}b\"\n");
-    expect_settled(first);
+    const std::string text = normal_form_of(begin_job_with("hosts: \"a}b\"\njob_id: 5\n"));
+    EXPECT_NE(text.find("    job_id: 5\n"), std::string::npos) << text;
+    EXPECT_EQ(text.find("hosts"), std::string::npos) << text;
+    expect_settled(text);
 }
 
 TEST(NormalForm, KeepsATextWithANewlineThatIsReadBack) {

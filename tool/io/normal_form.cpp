@@ -35,30 +35,28 @@ Written write_again(const Unit &unit, Texts texts) {
     return written;
 }
 
-std::string write_again(const std::string &text, Texts texts) {
+std::string write_again(const std::string &text) {
     std::string written;
     TextSource source(text);
     UnitStream stream(source);
     while (const auto batch = stream.next()) {
-        batch->for_each([&](const Unit &unit) { written += write_again(unit, texts).text; });
+        batch->for_each([&](const Unit &unit) { written += write_again(unit, Texts::all).text; });
     }
     return written;
 }
 
-/// How often a text may change before quoted texts go that look like lines. The longest string is
-/// cut in the first round; each text with a newline may take a few.
-constexpr int most_rounds = 4;
-
-/// Reads what was written, and writes it again, until nothing changes any more. A text that does
-/// not settle soon loses those of its texts that look like lines.
-std::string settled(std::string text) {
-    for (int round = 0;; ++round) {
-        std::string again = write_again(text, round < most_rounds ? Texts::all : Texts::plain);
-        if (again == text) {
-            return text;
-        }
-        text = std::move(again);
+/// The messages of a unit that may not be read back as they were written, in a form that is.
+std::string settled(const Unit &unit, std::string text) {
+    std::string again = write_again(text);
+    if (again != text) {
+        // Without these texts only lengths that are not true are left, and strings that are cut.
+        text = write_again(unit, Texts::plain).text;
+        again = write_again(text);
     }
+    while (again != text) {
+        text = std::exchange(again, write_again(again));
+    }
+    return text;
 }
 
 } // namespace
@@ -70,7 +68,7 @@ NormalForm add_normal_form(const Unit &unit, std::string &text) {
     const bool found = form.likeness == Likeness::other &&
                        check_unit(unit, FindingKinds().set(), FindingForm::line, form.findings);
     form.is_incomplete = !written.is_written || (!written.is_read && !found);
-    text += written.reads_back ? written.text : settled(std::move(written.text));
+    text += written.reads_back ? written.text : settled(unit, std::move(written.text));
     return form;
 }
 

@@ -4,12 +4,6 @@
 
 namespace kvt_tool {
 
-namespace {
-
-constexpr size_t block_size = 1 << 20;
-
-} // namespace
-
 void TextPlace::add(std::string_view part) {
     const size_t newline = part.rfind('\n');
     if (newline != std::string_view::npos) {
@@ -20,20 +14,20 @@ void TextPlace::add(std::string_view part) {
     column += part.size();
 }
 
-UnitReader::UnitReader(ByteSource &input)
-    : input_(input), name_(std::make_shared<const std::string>(input.name())) {}
+UnitReader::UnitReader(ByteSource &input, size_t block)
+    : input_(input), block_(block), name_(std::make_shared<const std::string>(input.name())) {}
 
 bool UnitReader::read_more() {
     const size_t before = pending_.size();
-    pending_.resize(before + block_size);
-    const size_t length = input_.read(pending_.data() + before, block_size);
+    pending_.resize(before + block_);
+    const size_t length = input_.read(pending_.data() + before, block_);
     pending_.resize(before + length);
     ended_ = length == 0;
     return !ended_;
 }
 
 void UnitReader::fill() {
-    while (!ended_ && pending_.size() < block_size) {
+    while (!ended_ && pending_.size() < block_) {
         read_more();
     }
 }

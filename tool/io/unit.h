@@ -74,7 +74,10 @@ private:
 /// been handed out.
 class UnitReader {
 protected:
-    explicit UnitReader(ByteSource &input);
+    static constexpr size_t usual_block = 1 << 20;
+
+    /// `block` is how much is read at once.
+    explicit UnitReader(ByteSource &input, size_t block = usual_block);
 
     bool usable() const { return input_.usable(); }
 
@@ -96,6 +99,7 @@ protected:
 
 private:
     ByteSource &input_;
+    const size_t block_;
     std::shared_ptr<const std::string> name_;
     TextPlace place_;
     uint64_t offset_ = 0;

@@ -22,6 +22,9 @@ same "of standard input" '(standard input): 2 findings: "kvt check" shows them' 
 sed 's/^    words//' seven.kvt >one.kvt
 run kvt show job_id good.kvt one.kvt
 same "of each input by itself" 'one.kvt: 1 finding: "kvt check one.kvt" shows it' "$err"
+run kvt stat seven.kvt one.kvt
+same "of a second one, too" "$said
+one.kvt: 1 finding: \"kvt check one.kvt\" shows it" "$err"
 sed 's/$/\r/' good.kvt >windows.kvt
 run kvt stat windows.kvt
 same "carriage returns are one finding, as for check" "0 1" \
