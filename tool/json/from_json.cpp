@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "kvt/kvt_check.h"
-#include "model/nearest_key.h"
+#include "kvt_check/nearest.h"
 #include "model/value_text.h"
 #include "model/write_text.h"
 #include "json/json_path.h"
@@ -50,10 +50,14 @@ const MessageKind &kind_from_json(const JsonValue &message) {
             return kind;
         }
     }
-    const std::optional<std::string_view> meant = nearest(name, kind_names());
+    kvt_checking::Nearest nearest(name);
+    for (const std::string_view known : kind_names()) {
+        nearest.consider(known);
+    }
     JsonPath(nullptr, "type")
-        .fail(type, shown(type) + " is not a kind of message; " +
-                        (meant.has_value() ? "did you mean " + quoted_text(*meant) + "?"
+        .fail(type,
+              shown(type) + " is not a kind of message; " +
+                  (!nearest.word().empty() ? "did you mean " + quoted_text(nearest.word()) + "?"
                                            : "\"kvt describe\" lists them"));
 }
 

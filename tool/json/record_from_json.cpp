@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "engine/element_size.h"
-#include "model/nearest_key.h"
+#include "kvt_check/nearest.h"
 #include "model/value_text.h"
 #include "json/number_from_json.h"
 #include "json/text_from_json.h"
@@ -154,15 +154,15 @@ void check_count(const Row &row, const Row &counted, const void *record, const J
 }
 
 [[noreturn]] void fail_unknown(const Record &table, const JsonValue &key, const JsonPath &path) {
-    std::vector<std::string_view> keys;
-    for (const Row &row : table.rows) {
-        keys.push_back(key_of(row));
-    }
     const std::string name = string_of(key);
-    const std::optional<std::string_view> meant = nearest(name, keys);
-    path.fail(key, "there is no field " + shown(key) +
-                       (meant.has_value() ? "; did you mean " + quoted_text(*meant) + "?"
-                                          : "; \"kvt describe\" lists the fields"));
+    kvt_checking::Nearest nearest(name);
+    for (const Row &row : table.rows) {
+        nearest.consider(key_of(row));
+    }
+    path.fail(key,
+              "there is no field " + shown(key) +
+                  (!nearest.word().empty() ? "; did you mean " + quoted_text(nearest.word()) + "?"
+                                           : "; \"kvt describe\" lists the fields"));
 }
 
 } // namespace
