@@ -15,7 +15,7 @@
 #include "io/messages.h"
 #include "model/owned_message.h"
 #include "model/write_text.h"
-#include "samples/generate.h"
+#include "samples/sample.h"
 #include "support/messages.h"
 #include "support/random_records.h"
 #include "tool/diff_promise.h"
@@ -192,7 +192,7 @@ TEST(DiffOfRandomRecords, KeepsItsPromiseWhateverBecomesOfTheText) {
     size_t compared = 0;
     for (const MessageKind &kind : message_kinds()) {
         for (uint64_t i = 0; kind.record != nullptr && i < 200; ++i) {
-            const OwnedMessage a = generate(kind, {i, static_cast<uint32_t>(2 + i % 9), i});
+            const OwnedMessage a = make_sample(kind, {i, static_cast<uint32_t>(2 + i % 9), i});
             std::string text;
             ASSERT_TRUE(add_text(kind, a.record(), text));
             std::vector<std::string> lines = lines_of(text);
