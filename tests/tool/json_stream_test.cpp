@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "io/input.h"
 #include "support/random_records.h"
 #include "tool/temporary_file.h"
 

@@ -7,7 +7,9 @@
 #include <string>
 #include <vector>
 
+#include "io/input.h"
 #include "temporary_file.h"
+#include "units.h"
 
 namespace kvt_tool {
 namespace {
@@ -164,6 +166,42 @@ TEST(UnitStream, OfADirectoryHasNothingAndSaysSo) {
     UnitStream stream(input);
     EXPECT_EQ(stream.next(), nullptr);
     EXPECT_FALSE(input.usable());
+}
+
+TEST(UnitStream, DividesTextInSmallPiecesAsInOne) {
+    const UnitSizes small = {.block = 8, .long_unit = 60, .kept = 20};
+    const UnitSizes at_once = {.long_unit = 60, .kept = 20};
+    const std::string blanks(58, ' ');
+    const std::string words = "words outside of all messages, more of them than are kept\n";
+    for (const std::string &text :
+         {message + "\n" + message, indented + indented, words + words + indented + message,
+          "\n" + blanks + message, words + blanks + "  msg {\n}\n",
+          words + blanks + "   msg {\n}\n", message + blanks + blanks + "\n" + blanks + message,
+          std::string(200, '\n') + message, message + "ms",
+          "msg" + blanks + blanks + "{\n" + message, words + "msg   "}) {
+        for (size_t piece = 1; piece < 20; ++piece) {
+            ASSERT_EQ(facts_of_units(text, piece, small), facts_of_units(text, SIZE_MAX, at_once))
+                << piece << " bytes of\n"
+                << text;
+        }
+    }
+}
+
+TEST(UnitStream, KnowsWhichUnitsAMessageFollows) {
+    const std::vector<UnitFacts> units = facts_of_units(message + message + "words\n" + message);
+    ASSERT_EQ(units.size(), 3U);
+    EXPECT_TRUE(units[0].is_before_message);
+    EXPECT_TRUE(units[1].is_before_message);
+    EXPECT_FALSE(units[2].is_before_message);
+    EXPECT_FALSE(facts_of_units(message + message).back().is_before_message);
+}
+
+TEST(UnitStream, KnowsThatAMessageFollowsInTheNextBatch) {
+    const size_t count = UnitStream::long_unit / message.size() + 10;
+    const std::vector<UnitFacts> units = facts_of_units(repeat(count, message));
+    for (size_t i = 0; i + 1 < units.size(); ++i) {
+        ASSERT_TRUE(units[i].is_before_message) << i;
+    }
 }
 
 } // namespace

@@ -8,6 +8,7 @@
 #include "io/output.h"
 #include "io/pipeline.h"
 #include "io/problems.h"
+#include "io/read_as_whole.h"
 
 namespace kvt_tool {
 
@@ -42,10 +43,13 @@ public:
         }
     }
 
-    ExitStatus end(const std::string &, bool) {
+    ExitStatus end(const std::string &input, bool) {
         ++inputs_;
         if (findings_.count() == found_before_) {
             return all_well;
+        }
+        if (findings_.leaves_out() && !options_.quiet && options_.form != FindingForm::json) {
+            say(words_on_whole(input));
         }
         ++inputs_with_findings_;
         return found_problems;

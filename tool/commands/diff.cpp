@@ -34,13 +34,14 @@ struct DiffOptions {
 class InputMessages : public MessageSource {
 public:
     InputMessages(const std::string &name, const std::vector<FieldPath> &ignored)
-        : input_(name), stream_(input_), name_(std::make_shared<const std::string>(input_.name())),
-          ignored_(ignored) {}
+        : argument_(name), input_(name), stream_(input_),
+          name_(std::make_shared<const std::string>(input_.name())), ignored_(ignored) {}
 
     std::optional<Message> next() override {
         while (waiting_.empty()) {
             const auto batch = input_.usable() ? stream_.next() : nullptr;
             if (batch == nullptr) {
+                end();
                 return std::nullopt;
             }
             batch->for_each([this](const Unit &unit) { add_messages(unit); });
@@ -55,11 +56,21 @@ public:
     ExitStatus status() const { return input_.usable() ? unread_.status() : could_not_work; }
 
 private:
+    /// Says what is lost, once.
+    void end() {
+        if (!has_ended_ && input_.usable()) {
+            unread_.end(argument_);
+        }
+        has_ended_ = true;
+    }
+
     void add_messages(const Unit &unit) {
         Unread unread;
+        const size_t before = waiting_.size();
         const bool read = read_messages(unit, [&](ReadMessage &message) { add(message); });
         unread.note(unit, read);
         unread_.take(unread);
+        add_unread_lines(unit, before);
     }
 
     /// Takes a message over, unless nothing of it is compared.
@@ -75,12 +86,27 @@ private:
         }
     }
 
+    /// Gives the unit's lines that are not read to its messages, the first of which is waiting at
+    /// `message`: each to the last message that begins at it or above.
+    void add_unread_lines(const Unit &unit, size_t message) {
+        for (UnreadLine &line : find_unread_lines(unit)) {
+            while (message + 1 < waiting_.size() && waiting_[message + 1].first_line <= line.line) {
+                ++message;
+            }
+            if (message < waiting_.size()) {
+                waiting_[message].unread.push_back(std::move(line));
+            }
+        }
+    }
+
+    std::string argument_;
     InputFile input_;
     UnitStream stream_;
     std::shared_ptr<const std::string> name_;
     const std::vector<FieldPath> &ignored_;
     std::deque<Message> waiting_;
     UnreadOfInput unread_;
+    bool has_ended_ = false;
 };
 
 /// Differences as JSON, one object on a line for each.
@@ -99,11 +125,14 @@ public:
         }
         if (brief_) {
             Json object = head("message-changed", difference);
-            object["differences"] = difference.differences.size();
+            object["differences"] = difference.count();
             return line(object);
         }
         std::string text;
         for (const Difference &of_pair : difference.differences) {
+            text += line(object_of(difference, of_pair));
+        }
+        for (const UnreadDifference &of_pair : difference.unread) {
             text += line(object_of(difference, of_pair));
         }
         return text;
@@ -179,6 +208,21 @@ private:
         return object;
     }
 
+    Json object_of(const MessageDifference &messages, const UnreadDifference &difference) const {
+        Json object = head(word_of(difference.what), messages);
+        if (difference.a != nullptr) {
+            object["a"]["unread"] = json_of(*difference.a);
+        }
+        if (difference.b != nullptr) {
+            object["b"]["unread"] = json_of(*difference.b);
+        }
+        return object;
+    }
+
+    static Json json_of(const UnreadLine &line) {
+        return {{"line", line.line}, {"path", line.path}, {"text", line.text}};
+    }
+
     bool brief_;
     JsonForm form_;
 };
@@ -225,8 +269,9 @@ void add_diff(CLI::App &app) {
     CLI::App *command = add_command(
         app, "diff", "Show what differs between the messages of two files.",
         "Messages are matched by kind and identity, elements of lists by theirs (guid, "
-        "tree_id, id).\n\n"
-        "Exit status: 0 no differences, 1 differences, 2 a file cannot be read.\n\n"
+        "tree_id, id). Lines that are not read are compared as lines.\n\n"
+        "Exit status: 0 no differences, 1 differences, or something is no message, 2 a file\n"
+        "cannot be read.\n\n"
         "Example: kvt diff --ignore 'job_data.conns[*].pr_sd_to_an' yesterday.kvt today.kvt");
     command->add_option("A", options.a, "A file; - for standard input")->required()->type_name("");
     command->add_option("B", options.b, "The file to compare it with")->required()->type_name("");

@@ -1,5 +1,7 @@
 // kvt fmt: messages in normal form.
 #include <CLI/CLI.hpp>
+#include <algorithm>
+#include <iterator>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -9,11 +11,11 @@
 #include "commands/command_line.h"
 #include "diff/diff_lines.h"
 #include "diff/unified_diff.h"
-#include "io/findings.h"
-#include "io/messages.h"
+#include "io/normal_form.h"
 #include "io/output.h"
 #include "io/pipeline.h"
 #include "io/problems.h"
+#include "kvt/message_layer.h"
 #include "model/write_text.h"
 
 namespace kvt_tool {
@@ -57,22 +59,15 @@ public:
 
     void work(const Unit &unit, Formatted &result) const {
         const size_t before = result.text.size();
-        bool written = true;
-        const bool read = read_messages(unit, [&](const ReadMessage &message) {
-            written = add_text(message.kind, message.record, result.text) && written;
-        });
-        const std::string_view text(unit.text, unit.length);
-        const std::string_view formatted = std::string_view(result.text).substr(before);
-        const Likeness likeness = compare(text, formatted);
+        NormalForm form = add_normal_form(unit, result.text);
         if (options_.to == To::comparison) {
-            result.changes.push_back({unit.first_line, marked_lines(text, formatted)});
+            result.changes.push_back(
+                {unit.first_line, marked_lines({unit.text, unit.length},
+                                               std::string_view(result.text).substr(before))});
         }
-        result.likeness = followed_by(result.likeness, likeness);
-        // What is in normal form has lost nothing.
-        const bool found =
-            likeness == Likeness::other &&
-            check_unit(unit, FindingKinds().set(), FindingForm::line, result.findings);
-        result.is_incomplete = result.is_incomplete || !written || (!read && !found);
+        result.likeness = followed_by(result.likeness, form.likeness);
+        std::ranges::move(form.findings, std::back_inserter(result.findings));
+        result.is_incomplete = result.is_incomplete || form.is_incomplete;
     }
 
     void begin(const InputFile &input) {

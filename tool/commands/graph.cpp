@@ -74,7 +74,7 @@ public:
         messages_ += result.messages;
     }
 
-    ExitStatus end(const std::string &, bool) const { return unread_.status(); }
+    ExitStatus end(const std::string &input, bool) { return unread_.end(input); }
 
     uint64_t messages() const { return messages_; }
 

@@ -4,11 +4,10 @@
 #include <vector>
 
 #include "commands/command_line.h"
-#include "io/findings.h"
 #include "io/messages.h"
 #include "io/output.h"
 #include "io/pipeline.h"
-#include "model/write_text.h"
+#include "io/unread.h"
 #include "json/schema.h"
 #include "json/to_json.h"
 
@@ -25,9 +24,7 @@ struct JsonOptions {
 /// What became of some units.
 struct Converted {
     std::string text;
-    std::string words; ///< for standard error
-    std::vector<Finding> findings;
-    ExitStatus status = all_well;
+    Unread unread;
 };
 
 /// A list for people has each message indented by two blanks.
@@ -49,32 +46,17 @@ public:
     explicit ToJsonJob(const JsonOptions &options) : options_(options) {}
 
     void work(const Unit &unit, Converted &result) const {
-        std::string texts;
         const bool read = read_messages(unit, [&](const ReadMessage &message) {
             const Json json = to_json(message.kind, message.record, options_.form);
             result.text += options_.lines ? json.dump() + "\n" : in_list(json.dump(2)) + ",\n";
-            add_text(message.kind, message.record, texts);
         });
-        // What is in normal form has lost nothing.
-        if (compare({unit.text, unit.length}, texts) == Likeness::other &&
-            !check_unit(unit, FindingKinds().set(), FindingForm::line, result.findings) && !read) {
-            result.words += "kvt: " + unit.input + ": out of memory\n";
-            result.status = could_not_work;
-        }
+        result.unread.note(unit, read);
     }
 
-    void begin(const InputFile &) {
-        findings_.begin();
-        status_ = all_well;
-    }
+    void begin(const InputFile &) { unread_.begin(); }
 
     void take(Converted &&result) {
-        const std::string words = findings_.keep(result.findings) + result.words;
-        if (!words.empty()) {
-            say(words);
-            status_ = worse(status_, found_problems);
-        }
-        status_ = worse(status_, result.status);
+        unread_.take(result.unread);
         std::string_view text = result.text;
         if (text.empty()) {
             return;
@@ -87,7 +69,10 @@ public:
         printed_ = true;
     }
 
-    ExitStatus end(const std::string &, bool) const { return status_; }
+    ExitStatus end(const std::string &input, bool) {
+        const ExitStatus status = unread_.end(input);
+        return unread_.has_findings() ? worse(status, found_problems) : status;
+    }
 
     void finish() const {
         if (!options_.lines) {
@@ -97,8 +82,7 @@ public:
 
 private:
     const JsonOptions &options_;
-    FindingsOfInput findings_;
-    ExitStatus status_ = all_well;
+    UnreadOfInput unread_;
     bool printed_ = false;
 };
 
@@ -133,7 +117,8 @@ void add_json(CLI::App &app) {
         "text\n"
         "that is no UTF-8 is an object {\"hex\": \"...\"} of its bytes. \"kvt from-json\" takes "
         "all\n"
-        "of these forms. What is lost of an input is said on standard error.\n\n"
+        "of these forms. Where something is lost, standard error says how many findings there "
+        "are.\n\n"
         "Exit status: 0 all is well, 1 something of a text is lost, 2 a file cannot be read.\n\n"
         "Example: kvt json --lines archive.kvt | jq -r "
         "'select(.type==\"END_JOB\").end_job.job_id'");

@@ -50,7 +50,7 @@ public:
         print(result.text);
     }
 
-    ExitStatus end(const std::string &, bool) const { return unread_.status(); }
+    ExitStatus end(const std::string &input, bool) { return unread_.end(input); }
 
     bool found() const { return found_; }
 

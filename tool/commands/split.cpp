@@ -52,7 +52,7 @@ public:
         }
     }
 
-    ExitStatus end(const std::string &, bool) const { return unread_.status(); }
+    ExitStatus end(const std::string &input, bool) { return unread_.end(input); }
 
 private:
     std::filesystem::path folder_;

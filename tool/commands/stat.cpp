@@ -37,7 +37,7 @@ public:
         unread_.take(result.unread);
     }
 
-    ExitStatus end(const std::string &, bool) const { return unread_.status(); }
+    ExitStatus end(const std::string &input, bool) { return unread_.end(input); }
 
     const KindCounts &counts() const { return counts_; }
 

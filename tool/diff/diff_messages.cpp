@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "diff/align_messages.h"
+#include "diff/diff_unread.h"
 #include "model/hash.h"
 #include "model/identity.h"
 #include "model/record_content.h"
@@ -17,7 +18,9 @@ namespace {
 
 AlignKey key_of_message(const Message &message) {
     const Record &table = *message.kind().record;
-    return {mix_in(content_hash(table, message.record(), message.ignored), message.kind().value),
+    return {mix_in(mix_in(content_hash(table, message.record(), message.ignored),
+                          unread_hash(message.unread)),
+                   message.kind().value),
             mix_in(identity_hash(table, message.record()), message.kind().value),
             !identity_of(table).empty()};
 }
@@ -138,6 +141,7 @@ bool Comparison::fronts_are_equal() const {
     const Message &a = a_.front();
     const Message &b = b_.front();
     return &a.kind() == &b.kind() && a_.front_key().content == b_.front_key().content &&
+           same_unread(a.unread, b.unread) &&
            same_content(*a.kind().record, a.record(), b.record(), ignored());
 }
 
@@ -145,13 +149,16 @@ void Comparison::take_pair() {
     const Message &a = a_.front();
     const Message &b = b_.front();
     std::vector<Difference> differences;
+    std::vector<UnreadDifference> unread;
     if (!fronts_are_equal()) {
         differences = diff_records(*a.kind().record, a.record(), b.record(), ignored());
+        unread = diff_unread(a.unread, b.unread);
     }
-    ++(differences.empty() ? summary_.equal : summary_.differing);
-    summary_.differences += differences.size();
-    if (!differences.empty()) {
-        report_({&a, &b, std::move(differences)});
+    const size_t count = differences.size() + unread.size();
+    ++(count == 0 ? summary_.equal : summary_.differing);
+    summary_.differences += count;
+    if (count != 0) {
+        report_({&a, &b, std::move(differences), std::move(unread)});
     }
     a_.drop_front();
     b_.drop_front();

@@ -7,15 +7,20 @@
 #include <vector>
 
 #include "diff/diff_records.h"
+#include "diff/diff_unread.h"
 #include "diff/message_source.h"
 
 namespace kvt_tool {
 
 /// Two messages that are one and differ, or a message that only one side has.
 struct MessageDifference {
-    const Message *a;                    ///< null for a message that only B has
-    const Message *b;                    ///< null for a message that only A has
-    std::vector<Difference> differences; ///< of a pair; never none
+    const Message *a;                          ///< null for a message that only B has
+    const Message *b;                          ///< null for a message that only A has
+    std::vector<Difference> differences;       ///< of a pair
+    std::vector<UnreadDifference> unread = {}; ///< of its lines that are not read
+
+    /// Never 0 for a pair.
+    size_t count() const { return differences.size() + unread.size(); }
 };
 
 /// How far the comparison reads ahead on either side to find out where the sides agree again.

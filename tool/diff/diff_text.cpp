@@ -78,6 +78,23 @@ std::string plain_text(const Difference &difference, GuidForm guids) {
     return {};
 }
 
+std::string plain_text(const UnreadDifference &difference) {
+    if (difference.what == What::order) {
+        return "lines that are not read: order differs";
+    }
+    const UnreadLine &line = difference.a != nullptr ? *difference.a : *difference.b;
+    const std::string place = "line " + std::to_string(line.line) + ", not read: ";
+    switch (difference.what) {
+    case What::removed:
+        return "- " + place + line.text;
+    case What::added:
+        return "+ " + place + line.text;
+    default:
+        const auto [key, before] = key_and_value(line);
+        return place + key + ": " + before + " -> " + key_and_value(*difference.b).value;
+    }
+}
+
 std::string place_of(const Message &message) {
     return *message.input + ":" + std::to_string(message.first_line);
 }
@@ -104,6 +121,10 @@ std::string difference_text(const Difference &difference, const DiffForm &form) 
                     plain_text(difference, form.values) + names_of(difference, form.names), form);
 }
 
+std::string difference_text(const UnreadDifference &difference, const DiffForm &form) {
+    return coloured(difference.what, plain_text(difference), form);
+}
+
 std::string difference_text(const MessageDifference &difference, const DiffForm &form) {
     if (difference.b == nullptr) {
         return only_text(What::removed, *difference.a, form);
@@ -114,10 +135,13 @@ std::string difference_text(const MessageDifference &difference, const DiffForm 
     std::string text = name_of(*difference.a, form) + ": " + place_of(*difference.a) + ", " +
                        place_of(*difference.b);
     if (form.brief) {
-        return text + ": " + counted(difference.differences.size(), "difference") + "\n";
+        return text + ": " + counted(difference.count(), "difference") + "\n";
     }
     text += "\n";
     for (const Difference &of_pair : difference.differences) {
+        text += "  " + difference_text(of_pair, form) + "\n";
+    }
+    for (const UnreadDifference &of_pair : difference.unread) {
         text += "  " + difference_text(of_pair, form) + "\n";
     }
     return text;

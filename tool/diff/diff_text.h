@@ -21,6 +21,10 @@ struct DiffForm {
 /// `conns: order differs`. What identifies the elements that it lies in comes last.
 std::string difference_text(const Difference &difference, const DiffForm &form = {});
 
+/// One line without its newline, with the line's number in A; of what is added, in B:
+/// `line 6, not read: future_key: 7 -> 8`, `- line 7, not read: words`.
+std::string difference_text(const UnreadDifference &difference, const DiffForm &form = {});
+
 /// The lines of a pair or of a message that only one side has, each with its newline:
 ///
 ///     JOB_DATA job_id 5: a.kvt:12, b.kvt:40

@@ -6,7 +6,9 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
+#include "io/unread_lines.h"
 #include "model/field_set.h"
 #include "model/owned_message.h"
 
@@ -18,6 +20,7 @@ struct Message : OwnedMessage {
     uint64_t first_line;                      ///< in its input, counted from 1
     size_t text_size;                         ///< in its input, in characters
     FieldSet ignored = {};                    ///< what of it is not compared
+    std::vector<UnreadLine> unread = {};      ///< its lines that the record does not tell of
 };
 
 /// Messages one after the other.

@@ -56,21 +56,32 @@ constexpr Colours terminal_colours = {"\033[1m", "\033[1;31m", "\033[1;32m", "\0
 /// One check: where its findings go and in what form.
 struct Check {
     const Unit &unit;
-    const char *text; ///< the unit's without the blanks before it
+    const char *text; ///< the unit's without the blanks before it, or a copy of that
+    size_t length;    ///< of the unit's part of it
+    size_t offset;    ///< of it in the input
     uint64_t first_line;
     const FindingKinds &wanted;
     FindingForm form;
     std::vector<Finding> &findings;
     size_t count = 0;
+    bool is_open = false; ///< something is not closed
 
     static int add(const kvt_finding *finding, void *user) {
         auto &check = *static_cast<Check *>(user);
+        if (finding->offset > check.length) {
+            return 1; // belongs to the next unit
+        }
+        check.is_open = check.is_open || finding->kind == KVT_FINDING_NOT_CLOSED;
         if (check.wanted[finding->kind] && ++check.count <= most_findings) {
-            check.findings.push_back({finding->kind, check.form == FindingForm::json
-                                                         ? check.as_json(*finding)
-                                                         : check.as_words(*finding)});
+            check.findings.push_back({finding->kind, check.text_of(*finding)});
         }
         return 0;
+    }
+
+    std::string text_of(const kvt_finding &finding) const {
+        return form == FindingForm::none   ? std::string()
+               : form == FindingForm::json ? as_json(finding)
+                                           : as_words(finding);
     }
 
     /// Stands for the findings that are not kept.
@@ -129,14 +140,10 @@ struct Check {
 
     std::string as_json(const kvt_finding &finding) const {
         nlohmann::ordered_json object = {
-            {"file", unit.input},
-            {"line", line_of(finding)},
-            {"column", finding.column},
-            {"offset", unit.offset + static_cast<size_t>(text - unit.text) + finding.offset},
-            {"length", finding.length},
-            {"name", finding.name},
-            {"message", finding.message},
-            {"path", finding.path},
+            {"file", unit.input},         {"line", line_of(finding)},
+            {"column", finding.column},   {"offset", offset + finding.offset},
+            {"length", finding.length},   {"name", finding.name},
+            {"message", finding.message}, {"path", finding.path},
             {"text", line_at(finding)},
         };
         if (finding.nearest != nullptr) {
@@ -156,15 +163,42 @@ size_t check_unit(const Unit &unit, const FindingKinds &wanted, FindingForm form
         return 0;
     }
     const auto lines_before = static_cast<uint64_t>(std::count(unit.text, text, '\n'));
-    Check check{unit, text, unit.first_line + lines_before, wanted, form, findings};
-    kvt_check(text, unit.length - before, Check::add, &check);
+    const size_t found_before = findings.size();
+    Check check{unit,
+                text,
+                unit.length - before,
+                unit.offset + before,
+                unit.first_line + lines_before,
+                wanted,
+                form,
+                findings};
+    kvt_check(text, check.length, Check::add, &check);
+    if (check.is_open && unit.is_before_message) {
+        // The text does not end here: the reader goes on in the next message.
+        const std::string with_next = std::string(text, check.length) + "msg {\n";
+        findings.resize(found_before);
+        check.text = with_next.data();
+        check.count = 0;
+        kvt_check(with_next.data(), with_next.size(), Check::add, &check);
+    }
     if (check.count > most_findings) {
         findings.push_back(check.rest());
     }
     return check.count;
 }
 
+FindingKinds unread_findings() {
+    FindingKinds kinds;
+    for (const kvt_finding_kind kind :
+         {KVT_FINDING_NO_MESSAGE, KVT_FINDING_OUTSIDE, KVT_FINDING_NUL, KVT_FINDING_NO_TYPE,
+          KVT_FINDING_UNKNOWN_KIND, KVT_FINDING_NO_RECORD, KVT_FINDING_NOT_CLOSED}) {
+        kinds.set(kind);
+    }
+    return kinds;
+}
+
 std::string FindingsOfInput::keep(const std::vector<Finding> &findings) {
+    const FindingKinds unread = unread_findings();
     std::string kept;
     for (const Finding &finding : findings) {
         if (finding.kind == KVT_FINDING_CARRIAGE_RETURN) {
@@ -173,6 +207,7 @@ std::string FindingsOfInput::keep(const std::vector<Finding> &findings) {
             }
             has_carriage_return_ = true;
         }
+        leaves_out_ = leaves_out_ || (finding.kind != KVT_FINDING_KINDS && unread[finding.kind]);
         count_ += finding.count;
         kept += finding.text;
     }

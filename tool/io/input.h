@@ -6,6 +6,8 @@
 #include <optional>
 #include <string>
 
+#include "io/byte_source.h"
+
 namespace kvt_tool {
 
 /// What stands for standard input among the names of files.
@@ -30,25 +32,20 @@ struct FileState {
 FileState state_of(int file);
 
 /// A file, pipe or standard input that is read from beginning to end.
-class InputFile {
+class InputFile : public ByteSource {
 public:
     /// Opens it. Says what is wrong, and is not usable, when it cannot be read.
     explicit InputFile(const std::string &name);
-    ~InputFile();
-    InputFile(const InputFile &) = delete;
-    InputFile &operator=(const InputFile &) = delete;
+    ~InputFile() override;
 
-    bool usable() const { return usable_; }
+    bool usable() const override { return usable_; }
 
-    /// The name as it is shown in messages.
-    const std::string &name() const { return name_; }
+    const std::string &name() const override { return name_; }
 
     /// What the file was when it was opened.
     const FileState &state() const { return state_; }
 
-    /// Reads up to `room` bytes to `to`. Returns how many: 0 at the end, and when something is
-    /// wrong, which is said; then it is not usable any more.
-    size_t read(char *to, size_t room);
+    size_t read(char *to, size_t room) override;
 
 private:
     void fail();

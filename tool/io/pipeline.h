@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "io/input.h"
 #include "io/problems.h"
 #include "io/progress.h"
 #include "io/unit_stream.h"

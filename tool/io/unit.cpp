@@ -4,12 +4,6 @@
 
 namespace kvt_tool {
 
-namespace {
-
-constexpr size_t block_size = 1 << 20;
-
-} // namespace
-
 void TextPlace::add(std::string_view part) {
     const size_t newline = part.rfind('\n');
     if (newline != std::string_view::npos) {
@@ -20,20 +14,20 @@ void TextPlace::add(std::string_view part) {
     column += part.size();
 }
 
-UnitReader::UnitReader(InputFile &input)
-    : input_(input), name_(std::make_shared<const std::string>(input.name())) {}
+UnitReader::UnitReader(ByteSource &input, size_t block)
+    : input_(input), block_(block), name_(std::make_shared<const std::string>(input.name())) {}
 
 bool UnitReader::read_more() {
     const size_t before = pending_.size();
-    pending_.resize(before + block_size);
-    const size_t length = input_.read(pending_.data() + before, block_size);
+    pending_.resize(before + block_);
+    const size_t length = input_.read(pending_.data() + before, block_);
     pending_.resize(before + length);
     ended_ = length == 0;
     return !ended_;
 }
 
 void UnitReader::fill() {
-    while (!ended_ && pending_.size() < block_size) {
+    while (!ended_ && pending_.size() < block_) {
         read_more();
     }
 }
@@ -47,6 +41,7 @@ UnitReader::take(size_t length, std::vector<std::pair<size_t, size_t>> parts, bo
     batch->offset_ = offset_;
     batch->is_cut_ = is_cut;
     std::string rest = pending_.substr(length);
+    batch->is_before_message_ = rest.starts_with("msg");
     pending_.resize(length);
     batch->text_ = std::exchange(pending_, std::move(rest));
     place_.add(batch->text_);

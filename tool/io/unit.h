@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "io/input.h"
+#include "io/byte_source.h"
 
 namespace kvt_tool {
 
@@ -24,13 +24,14 @@ struct TextPlace {
 /// A part of an input. It begins where a message begins, or holds what stands outside of messages.
 /// As a rule it is one message with the empty lines after it.
 struct Unit {
-    const std::string &input;  ///< its name, as it is shown
-    const char *text;          ///< ends with a NUL
-    size_t length;             ///< can be more than up to the first NUL
-    uint64_t first_line;       ///< of the input, counted from 1
-    uint64_t offset;           ///< in the input, in bytes
-    bool is_cut;               ///< only the beginning is kept of text outside of messages
-    uint64_t first_column = 1; ///< of its first line, in bytes, counted from 1
+    const std::string &input;       ///< its name, as it is shown
+    const char *text;               ///< ends with a NUL
+    size_t length;                  ///< can be more than up to the first NUL
+    uint64_t first_line;            ///< of the input, counted from 1
+    uint64_t offset;                ///< in the input, in bytes
+    bool is_cut;                    ///< only the beginning is kept of text outside of messages
+    uint64_t first_column = 1;      ///< of its first line, in bytes, counted from 1
+    bool is_before_message = false; ///< the next unit begins with "msg {"
 };
 
 /// Some units that follow each other.
@@ -43,11 +44,14 @@ public:
         for (const auto &[start, end] : parts_) {
             place.add({text_.data() + counted, start - counted});
             counted = start;
+            const bool is_last = end == text_.size();
+            const bool is_before_message =
+                is_last ? is_before_message_ : text_.compare(end, 3, "msg") == 0;
             // The unit's text ends here for as long as it is looked at.
             const char after = text_[end];
             text_[end] = '\0';
             work(Unit{*input_, text_.data() + start, end - start, place.line, offset_ + start,
-                      is_cut_, place.column});
+                      is_cut_, place.column, is_before_message});
             text_[end] = after;
         }
     }
@@ -63,13 +67,17 @@ private:
     TextPlace place_;
     uint64_t offset_ = 0;
     bool is_cut_ = false;
+    bool is_before_message_ = false; ///< the text
 };
 
 /// What the streams of units have in common: the part of an input that has been read and not yet
 /// been handed out.
 class UnitReader {
 protected:
-    explicit UnitReader(InputFile &input);
+    static constexpr size_t usual_block = 1 << 20;
+
+    /// `block` is how much is read at once.
+    explicit UnitReader(ByteSource &input, size_t block = usual_block);
 
     bool usable() const { return input_.usable(); }
 
@@ -90,7 +98,8 @@ protected:
     bool ended_ = false;
 
 private:
-    InputFile &input_;
+    ByteSource &input_;
+    const size_t block_;
     std::shared_ptr<const std::string> name_;
     TextPlace place_;
     uint64_t offset_ = 0;

@@ -9,9 +9,6 @@ namespace kvt_tool {
 
 namespace {
 
-/// What is kept of text outside of messages that is longer than a long unit.
-constexpr size_t kept_of_outside = 1 << 16;
-
 bool is_blank(char character) {
     return character == ' ' || character == '\t';
 }
@@ -34,7 +31,8 @@ int64_t greatest_change_of_depth(std::string_view line) {
 /// Where the brace stands that makes a message of the word at `word`: after blanks only. The end
 /// of what has been read when that may come, npos when it does not.
 size_t UnitStream::find_opening(size_t word) const {
-    const size_t farthest = word + 3 + long_unit; // more blanks than that are none of a message
+    const size_t farthest =
+        word + 3 + sizes_.long_unit; // more blanks than that are none of a message
     size_t at = word + 3;
     while (at < pending_.size() && at < farthest && is_blank(pending_[at])) {
         ++at;
@@ -45,16 +43,44 @@ size_t UnitStream::find_opening(size_t word) const {
     return pending_[at] == '{' ? at : std::string::npos;
 }
 
-void UnitStream::begin_unit(size_t start) {
+/// True when a message begins at `start`, after no more blanks than a long unit has characters.
+/// `decided` tells whether what has been read shows it.
+bool UnitStream::may_begin_message(size_t start, bool &decided) const {
     const size_t first = pending_.find_first_not_of(" \t\n", start);
-    const bool is_message = first != std::string::npos && pending_.compare(first, 3, "msg") == 0 &&
-                            find_opening(first) != std::string::npos;
+    const size_t blanks = std::min(first, pending_.size()) - start;
+    const size_t farthest = start + blanks + 3;
+    const size_t brace = pending_.compare(start + blanks, 3, "msg") == 0
+                             ? find_opening(start + blanks)
+                             : std::string::npos;
+    decided = ended_ || blanks > sizes_.long_unit ||
+              (farthest <= pending_.size() && brace != pending_.size());
+    return blanks <= sizes_.long_unit && brace != std::string::npos;
+}
+
+void UnitStream::begin_unit(size_t start) {
+    bool decided = false;
+    bool is_message = may_begin_message(start, decided);
+    while (!decided) {
+        read_more();
+        is_message = may_begin_message(start, decided);
+    }
     // Searched once for many short units: what holds for one message does for those within.
     const size_t searched = is_message && scan_.is_message ? scan_.searched : start;
     scan_ = Scan{.start = start, .is_message = is_message, .searched = searched, .counted = start};
     if (is_message) {
-        scan_.searched = std::max(searched, first + 3);
+        const size_t word = pending_.find_first_not_of(" \t\n", start);
+        scan_.searched = std::max(searched, word + 3);
     }
+}
+
+/// What has been searched, without the blanks at its end: they may be the indentation of a word
+/// that follows, if they are not too many.
+size_t UnitStream::before_blanks(size_t searched) const {
+    const size_t fewest = searched - std::min(searched, sizes_.long_unit);
+    while (searched > fewest && is_blank(pending_[searched - 1])) {
+        --searched;
+    }
+    return searched;
 }
 
 /// Finds where the next message begins after the unit's own beginning. False when none does in
@@ -77,7 +103,8 @@ bool UnitStream::find_next_beginning(size_t &beginning) {
             return false;
         }
         size_t line = word;
-        while (!scan_.is_message && line > scan_.start && is_blank(text[line - 1])) {
+        while (!scan_.is_message && line > scan_.start && word - line < sizes_.long_unit &&
+               is_blank(text[line - 1])) {
             --line;
         }
         if (line > scan_.start && text[line - 1] == '\n' && brace != std::string::npos) {
@@ -115,7 +142,8 @@ bool UnitStream::find_end(size_t &end) {
     const bool another = find_next_beginning(end);
     const size_t known = another ? end : scan_.searched;
     size_t closed;
-    if (scan_.is_message && known - scan_.start > long_unit && find_closing_line(known, closed)) {
+    if (scan_.is_message && known - scan_.start > sizes_.long_unit &&
+        find_closing_line(known, closed)) {
         end = closed;
         return true;
     }
@@ -131,18 +159,20 @@ std::unique_ptr<UnitBatch> UnitStream::take_units(const std::vector<size_t> &sta
     return take(length, std::move(parts));
 }
 
+/// Takes all units but the last, whose end is not known yet.
+std::unique_ptr<UnitBatch> UnitStream::take_whole_units(std::vector<size_t> starts) {
+    const size_t length = starts.back();
+    starts.pop_back();
+    return take_units(starts, length);
+}
+
 /// Takes the beginning of text outside of messages, and drops the rest of it.
 std::unique_ptr<UnitBatch> UnitStream::take_cut() {
-    auto batch = take(kept_of_outside, {{0, kept_of_outside}}, true);
+    auto batch = take(sizes_.kept, {{0, sizes_.kept}}, true);
     scan_ = {};
     size_t beginning;
     while (!find_next_beginning(beginning)) {
-        // Blanks before a word that is cut may be its indentation, if they are not too many.
-        size_t searched = scan_.searched;
-        const size_t fewest = searched - std::min(searched, long_unit);
-        while (searched > fewest && is_blank(pending_[searched - 1])) {
-            --searched;
-        }
+        const size_t searched = before_blanks(scan_.searched);
         drop(searched > 0 ? searched - 1 : 0);
         scan_.searched = 0;
         if (!read_more()) {
@@ -159,25 +189,27 @@ std::unique_ptr<UnitBatch> UnitStream::next() {
     if (!usable() || pending_.empty()) {
         return nullptr;
     }
-    if (!ended_ && pending_.find_first_not_of(" \t\n") == std::string::npos) {
-        return take_units({0}, pending_.size());
-    }
     std::vector<size_t> starts = {0};
     scan_ = {};
     begin_unit(0);
     for (;;) {
         size_t end = 0;
-        if (find_end(end)) {
-            starts.push_back(end);
+        const bool found = find_end(end);
+        const size_t known = found ? end : before_blanks(scan_.searched);
+        if (!scan_.is_message && known - scan_.start > sizes_.long_unit) {
+            // The units before it are handed out first.
+            return starts.size() == 1 ? take_cut() : take_whole_units(starts);
+        }
+        if (found) {
             begin_unit(end);
+            if (end == pending_.size()) {
+                return take_units(starts, end);
+            }
+            starts.push_back(end);
         } else if (ended_) {
             return take_units(starts, pending_.size());
         } else if (starts.size() > 1) {
-            const size_t length = starts.back();
-            starts.pop_back();
-            return take_units(starts, length);
-        } else if (!scan_.is_message && scan_.searched > long_unit) {
-            return take_cut();
+            return take_whole_units(starts);
         } else {
             read_more();
         }

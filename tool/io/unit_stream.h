@@ -10,7 +10,14 @@
 
 namespace kvt_tool {
 
-/// The units of an input.
+/// The sizes that a division depends on, in bytes. They are smaller for tests alone.
+struct UnitSizes {
+    size_t block = 1 << 20;     ///< what is read at once: no unit depends on it
+    size_t long_unit = 1 << 20; ///< more than all but the largest messages
+    size_t kept = 1 << 16;      ///< of a longer text outside of messages; less than long_unit
+};
+
+/// The units of an input. They depend on the input alone, and not on how it comes in pieces.
 ///
 /// A unit ends where a line begins with "msg {" without indentation: the next message begins there,
 /// even if the one before is not closed. Where no such line comes within `long_unit` bytes, it ends
@@ -18,9 +25,10 @@ namespace kvt_tool {
 /// with any indentation, and is dropped, but for its beginning, where it is longer than that.
 class UnitStream : UnitReader {
 public:
-    static constexpr size_t long_unit = 1 << 20;
+    static constexpr size_t long_unit = UnitSizes().long_unit;
 
-    explicit UnitStream(InputFile &input) : UnitReader(input) {}
+    explicit UnitStream(ByteSource &input, const UnitSizes &sizes = {})
+        : UnitReader(input, sizes.block), sizes_(sizes) {}
 
     /// The next units, about a megabyte of them or a single larger one; null at the end.
     std::unique_ptr<UnitBatch> next();
@@ -38,13 +46,17 @@ private:
     };
 
     size_t find_opening(size_t word) const;
+    bool may_begin_message(size_t start, bool &decided) const;
     void begin_unit(size_t start);
+    size_t before_blanks(size_t searched) const;
     bool find_next_beginning(size_t &beginning);
     bool find_closing_line(size_t limit, size_t &end);
     bool find_end(size_t &end);
     std::unique_ptr<UnitBatch> take_units(const std::vector<size_t> &starts, size_t length);
+    std::unique_ptr<UnitBatch> take_whole_units(std::vector<size_t> starts);
     std::unique_ptr<UnitBatch> take_cut();
 
+    const UnitSizes sizes_;
     Scan scan_;
 };
 

@@ -19,7 +19,7 @@ namespace kvt_tool {
 /// people. What follows up to such a line is passed over. So a broken message takes none along.
 class JsonStream : UnitReader {
 public:
-    explicit JsonStream(InputFile &input) : UnitReader(input) {}
+    explicit JsonStream(ByteSource &input) : UnitReader(input) {}
 
     /// The next values, about a megabyte of them or a single larger one; null at the end.
     std::unique_ptr<UnitBatch> next();
