@@ -67,8 +67,9 @@ void UnitStream::begin_unit(size_t start) {
     // Searched once for many short units: what holds for one message does for those within.
     const size_t searched = is_message && scan_.is_message ? scan_.searched : start;
     scan_ = Scan{.start = start, .is_message = is_message, .searched = searched, .counted = start};
+    const size_t word = std::min(pending_.find_first_not_of(" \t\n", start), pending_.size());
+    scan_.is_blank = word - start > sizes_.long_unit;
     if (is_message) {
-        const size_t word = pending_.find_first_not_of(" \t\n", start);
         scan_.searched = std::max(searched, word + 3);
     }
 }
@@ -139,6 +140,10 @@ bool UnitStream::find_closing_line(size_t limit, size_t &end) {
 
 /// Finds the end of the unit. False when it is not in what has been read.
 bool UnitStream::find_end(size_t &end) {
+    if (scan_.is_blank) {
+        end = scan_.start + sizes_.long_unit;
+        return true;
+    }
     const bool another = find_next_beginning(end);
     const size_t known = another ? end : scan_.searched;
     size_t closed;

@@ -21,8 +21,9 @@ struct UnitSizes {
 ///
 /// A unit ends where a line begins with "msg {" without indentation: the next message begins there,
 /// even if the one before is not closed. Where no such line comes within `long_unit` bytes, it ends
-/// after the line that closes the message, by its braces. Text outside of messages ends at "msg {"
-/// with any indentation, and is dropped, but for its beginning, where it is longer than that.
+/// after the line that closes the message, by its braces. More blanks than that are units of their
+/// own. Text outside of messages ends at "msg {" with any indentation, and is dropped, but for its
+/// beginning, where it is longer than that.
 class UnitStream : UnitReader {
 public:
     static constexpr size_t long_unit = UnitSizes().long_unit;
@@ -38,6 +39,7 @@ private:
     struct Scan {
         size_t start = 0;
         bool is_message = false; ///< it begins with "msg {"
+        bool is_blank = false;   ///< more blanks than a long unit has characters begin here
         size_t searched =
             0;              ///< no message begins between `start` and here; the search goes on here
         size_t counted = 0; ///< up to here braces are counted, whole lines
