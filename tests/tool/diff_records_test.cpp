@@ -211,6 +211,10 @@ TEST(DiffRecords, LeaveOutWhatIsIgnored) {
     EXPECT_EQ(diff_but({"trees", "uid"}, "JOB_DATA", a, b), "");
     EXPECT_EQ(diff_but({"trees"}, "JOB_DATA", a, ""), "uid: 5 -> 0\n");
     EXPECT_EQ(diff_but({"trees"}, "JOB_DATA", "", b), "uid: 0 -> 6\n");
+    EXPECT_EQ(diff_but({"trees[0]", "uid"}, "JOB_DATA", "trees {\n tree_id: 1\n }\n", b),
+              "+ trees[1] (tree_id 2)\n");
+    EXPECT_EQ(diff_but({"trees[0]", "uid"}, "JOB_DATA", a, "trees {\n tree_id: 1\n }\n"),
+              "- trees[1] (tree_id 2)\n");
 }
 
 TEST(DiffRecords, LeaveOutTheNumbersOfAnIgnoredList) {
@@ -230,8 +234,9 @@ TEST(DiffRecords, MatchElementsByWhatIsNotIgnored) {
                "\n ts {\n seconds: " + std::to_string(seconds) + "\n }\n }\n";
     };
     EXPECT_EQ(diff_but({"vemra_events[*].ts"}, "EVENTS_REPLY", event(1, 10) + event(2, 11),
-                       event(3, 20) + event(1, 21) + event(2, 22)),
-              "+ vemra_events[0] (event_type 3)\n");
+                       event(3, 20) + event(1, 21) + event(2, 22) + event(4, 23)),
+              "+ vemra_events[0] (event_type 3)\n"
+              "+ vemra_events[3] (event_type 4)\n");
 }
 
 TEST(DiffRecords, ReportsCountsOnlyWhereTheyLie) {

@@ -44,6 +44,9 @@ same "a changed element is named by its guid in both forms, and a last line sums
   agg_nodes[0].ts: "12:00" -> "12:05" (agg_node_guid 0x0002c90300001234 = 783964675510836)
 only in after.kvt:15: END_JOB job_id 5
 messages: 1 differs in 2 places, 1 only in after.kvt, 0 equal' "$status $out"
+run kvt diff good.kvt /dev/null
+same "a message that only one has is a difference" "1 only in good.kvt:1: END_JOB job_id 5
+messages: 1 only in good.kvt, 0 equal" "$status $out"
 run kvt diff --guid hex before.kvt after.kvt
 same "a guid in hexadecimal" 2 "$(grep -c 'agg_node_guid 0x0002c90300001234[,)]' <<<"$out")"
 run kvt diff --guid dec before.kvt after.kvt

@@ -125,8 +125,10 @@ cp long.kvt to_patch.kvt
 run kvt fmt --diff to_patch.kvt
 same "what would be lost is said with it" 1 "$((status == 1 && $(grep -c unknown-key <<<"$err") == 3))"
 if command -v patch >/dev/null; then
-    kvt fmt --diff -j 3 to_patch.kvt 2>/dev/null | patch --silent -p0 --fuzz=0
-    same "patch makes the normal form with it" "$(kvt fmt long.kvt 2>/dev/null)" "$(cat to_patch.kvt)"
+    run kvt fmt --diff -j 3 to_patch.kvt
+    patch --silent -p0 --fuzz=0 <<<"$out"
+    run kvt fmt long.kvt
+    same "patch makes the normal form with it" "$out" "$(cat to_patch.kvt)"
 fi
 run kvt fmt --diff --check good.kvt
 same "--diff and --check exclude each other" "2 " "$status $out"
