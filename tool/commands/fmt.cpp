@@ -71,7 +71,7 @@ public:
         // What is in normal form has lost nothing.
         const bool found =
             likeness == Likeness::other &&
-            check_unit(unit, FindingKinds().set(), FindingForm::line, result.findings);
+            check_unit(unit, findings_from(KVT_SEVERITY_LOST), FindingForm::line, result.findings);
         result.is_incomplete = result.is_incomplete || !written || (!read && !found);
     }
 

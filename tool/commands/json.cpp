@@ -57,7 +57,9 @@ public:
         });
         // What is in normal form has lost nothing.
         if (compare({unit.text, unit.length}, texts) == Likeness::other &&
-            !check_unit(unit, FindingKinds().set(), FindingForm::line, result.findings) && !read) {
+            !check_unit(unit, findings_from(KVT_SEVERITY_LOST), FindingForm::line,
+                        result.findings) &&
+            !read) {
             result.words += "kvt: " + unit.input + ": out of memory\n";
             result.status = could_not_work;
         }

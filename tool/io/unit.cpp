@@ -46,6 +46,7 @@ UnitReader::take(size_t length, std::vector<std::pair<size_t, size_t>> parts, bo
     batch->place_ = place_;
     batch->offset_ = offset_;
     batch->is_cut_ = is_cut;
+    batch->is_followed_ = !ended_ || length < pending_.size();
     std::string rest = pending_.substr(length);
     pending_.resize(length);
     batch->text_ = std::exchange(pending_, std::move(rest));

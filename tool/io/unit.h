@@ -31,6 +31,7 @@ struct Unit {
     uint64_t offset;           ///< in the input, in bytes
     bool is_cut;               ///< only the beginning is kept of text outside of messages
     uint64_t first_column = 1; ///< of its first line, in bytes, counted from 1
+    bool is_followed = false;  ///< it is not the last of its input
 };
 
 /// Some units that follow each other.
@@ -46,8 +47,9 @@ public:
             // The unit's text ends here for as long as it is looked at.
             const char after = text_[end];
             text_[end] = '\0';
+            const bool is_followed = after != '\0' || is_followed_;
             work(Unit{*input_, text_.data() + start, end - start, place.line, offset_ + start,
-                      is_cut_, place.column});
+                      is_cut_, place.column, is_followed});
             text_[end] = after;
         }
     }
@@ -63,6 +65,7 @@ private:
     TextPlace place_;
     uint64_t offset_ = 0;
     bool is_cut_ = false;
+    bool is_followed_ = false; ///< more of the input comes after the batch
 };
 
 /// What the streams of units have in common: the part of an input that has been read and not yet

@@ -5,8 +5,9 @@ namespace kvt_tool {
 FindingKinds unread_findings() {
     FindingKinds kinds;
     for (const kvt_finding_kind kind :
-         {KVT_FINDING_NO_MESSAGE, KVT_FINDING_OUTSIDE, KVT_FINDING_NUL, KVT_FINDING_NO_TYPE,
-          KVT_FINDING_UNKNOWN_KIND, KVT_FINDING_NO_RECORD, KVT_FINDING_NOT_CLOSED}) {
+         {KVT_FINDING_NO_MESSAGE, KVT_FINDING_BYTE_ORDER_MARK, KVT_FINDING_BEFORE_MESSAGE,
+          KVT_FINDING_OUTSIDE, KVT_FINDING_NUL, KVT_FINDING_NO_TYPE, KVT_FINDING_UNKNOWN_KIND,
+          KVT_FINDING_NO_RECORD, KVT_FINDING_NOT_CLOSED, KVT_FINDING_EXTRA_BRACE}) {
         kinds.set(kind);
     }
     return kinds;
@@ -15,7 +16,7 @@ FindingKinds unread_findings() {
 void Unread::note(const Unit &unit, bool read) {
     if (!read && check_unit(unit, unread_findings(), FindingForm::line, findings_) == 0) {
         // Another finding says it, such as a brace in a text: whatever it is, nothing is silent.
-        if (check_unit(unit, FindingKinds().set(), FindingForm::line, findings_) == 0) {
+        if (check_unit(unit, findings_from(KVT_SEVERITY_LOST), FindingForm::line, findings_) == 0) {
             words_ += unit.input + ":" + std::to_string(unit.first_line) + ": out of memory\n";
         }
     }
