@@ -1,6 +1,8 @@
 // Every kind of finding is explained by an example in which the check finds it.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include <string>
 
 #include "io/explain.h"
