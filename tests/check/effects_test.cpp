@@ -247,6 +247,12 @@ TEST(StatedEffects, OfBracesInTexts) {
     EXPECT_TRUE(says(first, "the reader takes the text here"));
     EXPECT_STREQ(Read<vemra_job_error>(VEMRA_MSG_TYPE_JOB_ERROR, first)->description, "a } b");
     EXPECT_NE(found(read_all(first).at(0)), "");
+
+    // Within an array the reader looks for no brace.
+    const std::string in_run =
+        begin_job("    job_id: 1\n    hosts: \"abc\"\n    hosts: \"d } e\"\n");
+    EXPECT_TRUE(says(in_run, "the reader takes the text here"));
+    EXPECT_STREQ(Read<vemra_begin_job>(VEMRA_MSG_TYPE_BEGIN_JOB, in_run)->hosts, "abc,d } e");
 }
 
 TEST(StatedEffects, OfBlocksOnOneLine) {
