@@ -69,7 +69,11 @@ _kvt() {
         _kvt_offer $'text\njson'
         return
         ;;
-    check:--only | check:--ignore)
+    check:--severity)
+        _kvt_offer $'style\nlost\nrefused'
+        return
+        ;;
+    check:--only | check:--ignore | check:--explain)
         _kvt_offer_findings
         return
         ;;
@@ -90,7 +94,8 @@ _kvt() {
         return
         ;;
     check:-j | fmt:-j | json:-j | from-json:-j | show:-j | find:-j | stat:-j | *:--jobs | graph:-m | \
-        graph:--message | diff:--ignore | gen:-n | gen:--seed | gen:--size | gen:--count)
+        graph:--message | check:--max | diff:--ignore | gen:-n | gen:--seed | gen:--size | \
+        gen:--count)
         COMPREPLY=()
         return
         ;;
@@ -98,7 +103,10 @@ _kvt() {
 
     if [[ $cur == -?* ]]; then
         case $command in
-        check) options=$'--format\n--quiet\n--only\n--ignore\n--list\n--jobs\n-q\n-j' ;;
+        check)
+            options=$'--format\n--quiet\n--strict\n--severity\n--all\n--max\n--summary\n--only\n--ignore\n'
+            options+=$'--list\n--explain\n--jobs\n-q\n-j'
+            ;;
         fmt) options=$'--in-place\n--check\n--diff\n--lossy\n--verbose\n--jobs\n-i\n-v\n-j' ;;
         json) options=$'--lines\n--plain-numbers\n--guid\n--schema\n--jobs\n-l\n-j' ;;
         from-json) options=$'--jobs\n-j' ;;

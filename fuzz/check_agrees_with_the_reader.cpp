@@ -1,6 +1,6 @@
 // Any bytes: the check of a text ends, its findings lie within the text, and their messages can be
-// printed. A text without findings keeps what check_promise.h lists: it is read without a loss,
-// into records whose counts and elements agree.
+// printed. A text whose findings are of style keeps what check_promise.h lists: it is read without
+// a loss, into records whose counts and elements agree.
 #include <algorithm>
 #include <cstring>
 #include <string>
@@ -17,8 +17,9 @@ namespace {
 /// What is known of the findings so far.
 struct Seen {
     std::string_view text;
-    size_t count = 0;
     size_t most; ///< findings that are wanted
+    size_t count = 0;
+    size_t losses = 0;
 };
 
 bool is_printable(std::string_view message) {
@@ -48,6 +49,7 @@ int look_at(const kvt_finding *finding, void *user) {
     expect(is_printable(message), "a message can be printed");
     expect(finding->nearest == nullptr || *finding->nearest != '\0', "a known word is a word");
     ++seen.count;
+    seen.losses += kvt_finding_severity(finding->kind) != KVT_SEVERITY_STYLE;
     return seen.count == seen.most ? 1 : 0;
 }
 
@@ -56,18 +58,23 @@ int look_at(const kvt_finding *finding, void *user) {
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     const auto *bytes = reinterpret_cast<const char *>(data);
     const size_t count = kvt_check(bytes, size, nullptr, nullptr);
-    Seen all{{bytes, size}, 0, SIZE_MAX};
+    Seen all{{bytes, size}, SIZE_MAX};
     expect(kvt_check(bytes, size, look_at, &all) == count && all.count == count,
            "findings are counted as they are reported");
+    expect(kvt_check_losses(bytes, size) == all.losses, "losses are those that are reported");
+    Seen consequences{{bytes, size}, SIZE_MAX};
+    const kvt_check_options options = {KVT_SEVERITY_STYLE, 1, 0};
+    kvt_check_with(bytes, size, &options, look_at, &consequences);
+    expect((consequences.losses == 0) == (all.losses == 0), "a consequence has a cause");
     if (count > 1) {
-        Seen first{{bytes, size}, 0, count - 1};
+        Seen first{{bytes, size}, count - 1};
         expect(kvt_check(bytes, size, look_at, &first) == count - 1, "a check ends when it should");
     }
-    if (count == 0) {
+    if (all.losses == 0) {
         const std::string text(bytes, strnlen(bytes, size));
         const std::string broken = kvt_test::broken_promise(text);
         if (!broken.empty()) {
-            report("a text without findings keeps its promise: " + broken);
+            report("a text that loses nothing keeps its promise: " + broken);
         }
     }
     return 0;

@@ -15,8 +15,13 @@ void BlockLines::report_counts(Check &check) const {
             continue;
         }
         for (size_t count = 0; count < rows_.size(); ++count) {
-            if (rows_[count].is_number() && rows_[count].offset == row.count_offset && has(count)) {
+            if (!rows_[count].is_number() || rows_[count].offset != row.count_offset) {
+                continue;
+            }
+            if (has(count)) {
                 report_count(check, counted, count);
+            } else if ((noted_ >> count & 1) == 0 && has(counted) && lines_[counted].value != 0) {
+                report_no_count(check, counted, count);
             }
         }
     }
@@ -33,24 +38,46 @@ void BlockLines::report_count(Check &check, size_t counted, size_t count) const 
     const char *end = std::find(line.place.at, check.cursor.end(), '\n');
     const Mark mark(line.place, trimmed(line.place.at, end));
     if (!has(counted)) {
-        check.findings.report(KVT_FINDING_LONE_COUNT, mark, Quoted{key_of(rows_[count])}, " says ",
-                              said, ", but there is no ", Quoted{name},
-                              ": the reader keeps the number, and promises what is not there");
+        report_lone_count(check, mark, counted, count);
         return;
     }
     const bool is_late = line.place.at > lines_[counted].place.at;
-    const std::string_view what_follows =
-        is_late ? "; after it, the reader keeps the number as it stands"
-                : "; the reader takes what is there";
+    const bool is_settled = rows_[counted].counts_elements();
+    const bool drops = is_late && is_settled && said < there;
+    const std::string_view effect =
+        !is_late      ? "; the reader takes what is there"
+        : !is_settled ? "; after it, the reader keeps the number as it stands"
+        : drops       ? "; after it, the reader keeps the number; where it reads several messages, "
+                        "it drops the last elements"
+                      : "; after it, the reader keeps the number; where it reads several messages, "
+                        "it takes what is there";
     if (rows_[counted].kind == RowKind::joined_text) {
         check.findings.report(KVT_FINDING_WRONG_LENGTH, mark, Quoted{key_of(rows_[count])},
                               " says ", said, ", but ", Quoted{name}, " takes ", there,
-                              " with its end", what_follows);
+                              " with its end", effect);
     } else {
         check.findings.report(is_late ? KVT_FINDING_LATE_COUNT : KVT_FINDING_WRONG_COUNT, mark,
                               Quoted{key_of(rows_[count])}, " says ", said, ", but ", Quoted{name},
-                              " has ", there, there == 1 ? " element" : " elements", what_follows);
+                              " has ", there, there == 1 ? " element" : " elements", effect);
     }
+}
+
+void BlockLines::report_lone_count(Check &check, const Mark &mark, size_t counted,
+                                   size_t count) const {
+    check.findings.report(KVT_FINDING_LONE_COUNT, mark, Quoted{key_of(rows_[count])}, " says ",
+                          lines_[count].value, ", but there is no ", Quoted{key_of(rows_[counted])},
+                          rows_[counted].counts_elements()
+                              ? ": the reader keeps the number, and promises what is not there; "
+                                "where it reads several messages, it makes it 0"
+                              : ": the reader keeps the number");
+}
+
+void BlockLines::report_no_count(Check &check, size_t counted, size_t count) const {
+    const Place &place = lines_[counted].place;
+    const std::string_view name = key_of(rows_[counted]);
+    check.findings.report(KVT_FINDING_NO_COUNT, Mark(place, {place.at, name.size()}),
+                          "no line says ", Quoted{key_of(rows_[count])},
+                          ": the reader takes it from what is there, ", lines_[counted].value);
 }
 
 } // namespace kvt_checking

@@ -1,38 +1,12 @@
 #include "check_block.h"
 
 #include "engine/text_limits.h"
+#include "invisible.h"
 #include "nearest.h"
 
 namespace kvt_checking {
 
 using namespace kvt_str;
-
-bool is_balanced(const Line &line) {
-    int depth = 0;
-    bool closes = false;
-    for (const char *at = line.at; at != line.end; ++at) {
-        depth += (*at == '{') - (*at == '}');
-        closes |= *at == '}';
-        if (depth < 0) {
-            return false;
-        }
-    }
-    return depth == 0 && closes;
-}
-
-void check_after_brace(Check &check, const char *brace, const Line &line) {
-    const std::string_view rest = trimmed(brace + 1, line.end);
-    if (!rest.empty()) {
-        check.findings.report(KVT_FINDING_BESIDE_BRACE, check.mark(rest),
-                              "the reader skips what stands after the brace, ", Quoted{rest});
-    }
-}
-
-void report_one_line_block(Check &check, const Line &line) {
-    check.findings.report(KVT_FINDING_ONE_LINE_BLOCK, check.mark(line),
-                          "the reader knows blocks only over several lines: it takes the closing "
-                          "brace for that of the block around, or none, and misreads what follows");
-}
 
 std::string_view BlockCheck::nearest_key(std::string_view word) const {
     if (!findings_.is_watched()) {
@@ -130,6 +104,13 @@ bool BlockCheck::take_plain_line() {
     if (lines_.has(index)) {
         return false;
     }
+    if (row.kind == RowKind::text) {
+        value =
+            static_cast<uint64_t>(end - cursor_.at() - row.key_length) - 4; // : and blank, quotes
+    }
+    if (row.has(shared_value)) {
+        last_shared_ = index;
+    }
     lines_.remember(index, cursor_.here(), value);
     cursor_.step_to_line(end + 1);
     return true;
@@ -147,28 +128,67 @@ void BlockCheck::check_row(size_t index, const Line &line) {
     }
 }
 
+/// True when two lines of a row, both read and with the same value as far as that is remembered,
+/// say the same.
+bool BlockCheck::is_same(const Row &row, const Place &earlier, const Line &line,
+                         uint64_t value) const {
+    const char *end = cursor_.end();
+    const char *first = earlier.at + row.key_length + 1;
+    const char *second = line.at + row.key_length + 1;
+    if (row.kind == RowKind::real) {
+        return real_at(skip_spaces(first, end), end) == real_at(skip_spaces(second, end), end);
+    }
+    if (row.kind == RowKind::text) {
+        const char *quote = find_character('"', first, end);
+        const char *other = find_character('"', second, end);
+        return quote != nullptr && other != nullptr &&
+               std::string_view(quote + 1, value) == std::string_view(other + 1, value);
+    }
+    return true;
+}
+
 void BlockCheck::check_single(size_t index, const Line &line) {
     const Row &row = rows_[index];
     const Place place = cursor_.here();
     const Mark mark = check_.mark(line);
-    const Value value = check_value(row, line);
+    const Value value = check_value(index, line, line.closes && !first_);
     if (!value.is_read) {
+        if (row.kind == RowKind::text) {
+            lines_.forget(index); // it was cleared
+        }
         return;
     }
+    if (row.has(shared_value)) {
+        last_shared_ = index;
+    }
     if (lines_.has(index)) {
-        findings_.report(KVT_FINDING_REPEATED_KEY, mark.again(lines_.first_line(index)),
-                         Quoted{key_of(row)},
-                         " stands here once more: its value replaces the one above");
+        const Place earlier = lines_.place(index);
+        if (lines_.value(index) == value.value && is_same(row, earlier, line, value.value)) {
+            findings_.report(KVT_FINDING_REPEATED_VALUE, mark.again(lines_.first_line(index)),
+                             Quoted{key_of(row)}, " stands here once more, with the same value");
+        } else {
+            findings_.report(KVT_FINDING_REPEATED_KEY, mark.again(lines_.first_line(index)),
+                             Quoted{key_of(row)},
+                             " stands here once more, with another value: that of line ",
+                             uint64_t{earlier.line}, " is lost");
+        }
     }
     lines_.remember(index, place, value.value);
+    if (row.kind == RowKind::text && value.value == 0) {
+        lines_.forget(index); // as if the line were not there
+    }
 }
 
 /// Skips a block that the reader, or whoever wrote it, takes for one.
 void BlockCheck::skip_block() {
     if (!cursor_.skip_block()) {
-        findings_.report(KVT_FINDING_NOT_CLOSED, check_.mark(check_.look_at_line()),
-                         "a message begins here, but a block above is not closed: the reader "
-                         "skips the message with the block");
+        if (check_.indentation.has_missing()) {
+            report_missing(check_, check_.indentation.first_missing());
+        } else {
+            findings_.report(KVT_FINDING_NOT_CLOSED, check_.mark(check_.look_at_line()),
+                             "a message begins here, but a block above is not closed: the reader "
+                             "skips the message, and those below, with the block");
+        }
         end_ = BlockEnd::next_message;
     }
 }
@@ -177,10 +197,7 @@ void BlockCheck::skip_block() {
 void BlockCheck::check_unknown(const Line &line) {
     const std::string_view word = first_word(line.at, line.end);
     if (opens_message(line.at, line.end)) {
-        findings_.report(KVT_FINDING_NOT_CLOSED, check_.mark(line),
-                         "a message begins here, but the block ", Quoted{frame_.name},
-                         " is not closed: the reader takes the message for an unknown block, and "
-                         "skips it");
+        report_open();
         end_ = BlockEnd::next_message;
         return;
     }
@@ -204,11 +221,24 @@ void BlockCheck::check_unknown(const Line &line) {
         findings_.suggest(KVT_FINDING_UNKNOWN_KEY, check_.mark(word), nearest_key(word),
                           Quoted{frame_.name}, " knows no key ", Quoted{word},
                           ": the reader skips this line");
+    } else if (is_comment(text)) {
+        report_comment(check_, text);
     } else if (!text.empty()) {
         // A character that is no blank to the scanner, such as a carriage return, may be the
         // reason.
         const std::string_view whole(line.at,
                                      static_cast<size_t>(text.data() + text.size() - line.at));
+        const char *seen = skip_invisible(line.at, line.end);
+        const std::string_view key = first_word(seen, line.end);
+        if (seen != line.at && knows(frame_.table, key)) {
+            findings_.report(KVT_FINDING_INVISIBLE,
+                             check_.mark({line.at, static_cast<size_t>(seen - line.at)}), "before ",
+                             Quoted{key}, " stands what cannot be seen, ",
+                             Quoted{{line.at, static_cast<size_t>(seen - line.at)}},
+                             ": the reader skips this line");
+            cursor_.step_over_line();
+            return;
+        }
         findings_.report(KVT_FINDING_STRAY_LINE, check_.mark(whole), Quoted{whole},
                          " begins with no key: the reader skips this line");
     }
@@ -232,6 +262,10 @@ void BlockCheck::check_closing(size_t index, const Line &line) {
     const bool has_row = index != rows_.size();
     if (*line.at == '}') {
         check_after_brace(check_, line.at, line);
+        const Place brace = cursor_.here();
+        cursor_.step_over_line();
+        close(brace);
+        return;
     } else if (has_row && !rows_[index].opens_block() && has_braces_in_quotes_only(line)) {
         check_row(index, line);
         return;
@@ -240,7 +274,10 @@ void BlockCheck::check_closing(size_t index, const Line &line) {
             check_row(index, line);
             return;
         }
-        report_one_line_block(check_, line);
+        report_one_line_block(check_, line,
+                              first_ && has_row ? "takes this line for its key alone, in "
+                                                : "takes the closing brace for that of ",
+                              frame_.name);
         cursor_.step_over_line();
         return;
     } else {
@@ -255,12 +292,33 @@ void BlockCheck::check_closing(size_t index, const Line &line) {
     end_ = BlockEnd::closed;
 }
 
+/// Ends the block when the line is one of a block around: then its own brace is missing. True when
+/// there is nothing more to be checked here.
+bool BlockCheck::check_belonging(size_t index, const Line &line) {
+    const std::string_view word = first_word(line.at, line.end);
+    const bool is_known = index != rows_.size() && key_of(rows_[index]) == word;
+    if (line.closes || is_known || told_of_missing_ ||
+        !is_of_block_around(cursor_.here(), word, frame_)) {
+        return false;
+    }
+    told_of_missing_ = true;
+    report_missing(check_, check_.indentation.missing(frame_, cursor_.here().line));
+    if (findings_.follows_reader()) {
+        return false;
+    }
+    end_ = BlockEnd::missing;
+    return true;
+}
+
 void BlockCheck::check_line() {
     if (take_plain_line()) {
         return;
     }
     const Line line = check_.look_at_line();
     const size_t index = find_row(line.at);
+    if (check_belonging(index, line)) {
+        return;
+    }
     if (line.closes) {
         check_closing(index, line);
     } else if (index != rows_.size()) {
@@ -270,17 +328,52 @@ void BlockCheck::check_line() {
     }
 }
 
+/// Closes the block at a brace, after which the cursor stands, unless its lines go on below: then
+/// the brace is one too many.
+bool BlockCheck::close(const Place &brace) {
+    check_.indentation.see_brace(brace, frame_);
+    cursor_.skip_blanks();
+    const std::string_view word = first_word(cursor_.at(), cursor_.end());
+    end_ = BlockEnd::closed;
+    if (!word.empty() && is_still_of_block(cursor_.here(), word, frame_)) {
+        report_extra(check_, check_.indentation.take_extra(brace), frame_.name);
+        if (!findings_.follows_reader()) {
+            end_ = BlockEnd::none;
+        }
+    }
+    return end_ == BlockEnd::closed;
+}
+
+/// Reports that the block is not closed where the cursor stands: at the end of the text, or where a
+/// message begins.
+void BlockCheck::report_open() {
+    if (check_.indentation.has_missing()) {
+        report_missing(check_, check_.indentation.first_missing());
+    } else if (cursor_.at_end()) {
+        findings_.report(KVT_FINDING_NOT_CLOSED,
+                         check_.mark(cursor_.at(), cursor_.at()).again(frame_.opening.line),
+                         "the text ends here, but the block ", Quoted{frame_.name}, " of line ",
+                         uint64_t{frame_.opening.line}, " is not closed");
+    } else {
+        findings_.report(KVT_FINDING_NOT_CLOSED,
+                         check_.mark(check_.look_at_line()).again(frame_.opening.line),
+                         "a message begins here, but the block ", Quoted{frame_.name}, " of line ",
+                         uint64_t{frame_.opening.line},
+                         " is not closed: the reader takes the message, and those below, for "
+                         "unknown blocks, and skips them");
+    }
+}
+
 BlockEnd BlockCheck::check_lines() {
     findings_.frame = &frame_;
     for (; end_ == BlockEnd::none; first_ = false) {
         cursor_.skip_blanks();
         if (cursor_.begins_with("}\n")) {
+            const Place brace = cursor_.here();
             cursor_.step_to_line(cursor_.at() + 2);
-            end_ = BlockEnd::closed;
+            close(brace);
         } else if (cursor_.at_end()) {
-            findings_.report(KVT_FINDING_NOT_CLOSED, check_.mark(cursor_.at(), cursor_.at()),
-                             "the text ends here, but the block ", Quoted{frame_.name},
-                             " is not closed");
+            report_open();
             end_ = BlockEnd::text_end;
         } else if (findings_.stopped()) {
             end_ = BlockEnd::text_end;
@@ -288,7 +381,7 @@ BlockEnd BlockCheck::check_lines() {
             check_line();
         }
     }
-    if (end_ == BlockEnd::closed) {
+    if (end_ == BlockEnd::closed || end_ == BlockEnd::missing) {
         lines_.report_counts(check_);
     }
     findings_.frame = frame_.around;

@@ -8,70 +8,6 @@ namespace kvt_checking {
 
 using namespace kvt_str;
 
-// --- One line ------------------------------------------------------------------------------------
-
-/// Checks that a key is followed by a colon at once. False where the reader finds no value, and the
-/// line, with the block that it opens, has been skipped.
-bool BlockCheck::check_key(const Row &row, const Line &line) {
-    const std::string_view word = first_word(line.at, line.end);
-    const char *after = line.at + row.key_length;
-    if (has_character(after, line, ':')) {
-        return true;
-    }
-    const char *next = skip_blanks_in_line(line.at + word.size(), line);
-    const bool is_block = has_character(next, line, '{');
-    if (word.size() > row.key_length) {
-        findings_.suggest(KVT_FINDING_LONGER_KEY, check_.mark(word), nearest_key(word),
-                          "the reader takes ", Quoted{word}, " for ", Quoted{key_of(row)},
-                          ", and finds no value: ", consequence(row));
-    } else if (is_block) {
-        findings_.report(KVT_FINDING_BLOCK_FOR_VALUE, check_.mark(line), Quoted{word},
-                         " is no block: the reader skips this line, and takes what follows for "
-                         "lines of ",
-                         Quoted{frame_.name});
-    } else {
-        findings_.report(KVT_FINDING_NO_COLON, check_.mark(word),
-                         has_character(next, line, ':') ? "a blank stands between "
-                                                        : "no colon follows ",
-                         Quoted{word}, has_character(next, line, ':') ? " and its colon" : "",
-                         ": the reader finds no value: ", consequence(row));
-    }
-    if (is_block && !line.closes) {
-        skip_block();
-    } else {
-        cursor_.step_over_line();
-    }
-    return false;
-}
-
-BlockCheck::Value BlockCheck::check_after_colon(const Row &row, const Line &line) {
-    switch (row.kind) {
-    case RowKind::real:
-        return {check_real(check_, row, line), 0};
-    case RowKind::text:
-    case RowKind::joined_text: {
-        const size_t longest =
-            row.kind == RowKind::joined_text ? longest_joined_value : row.capacity - size_t{1};
-        const size_t length = check_text(check_, row, line, longest).size();
-        return {length != 0, length};
-    }
-    default: {
-        uint64_t number = 0;
-        const bool has_number = check_number(check_, row, line, number);
-        return {has_number, number};
-    }
-    }
-}
-
-BlockCheck::Value BlockCheck::check_value(const Row &row, const Line &line) {
-    if (!check_key(row, line)) {
-        return {false, 0};
-    }
-    const Value value = check_after_colon(row, line);
-    cursor_.step_over_line();
-    return value;
-}
-
 /// True when a run of a row goes on at the next line. A line of another row, whose key begins with
 /// that of this one, is reported, and left to be checked as what it is.
 bool BlockCheck::goes_on(size_t index) {
@@ -87,10 +23,17 @@ bool BlockCheck::goes_on(size_t index) {
     }
     for (const Row &other : rows_) {
         if (key_of(other) == word) {
-            findings_.report(
-                KVT_FINDING_KEY_IN_ARRAY, check_.mark(word), "directly after ", Quoted{key_of(row)},
-                ", the reader takes ", Quoted{word}, " for one more of them",
-                row.opens_block() ? ", up to the next closing brace" : ", and finds no value");
+            if (row.opens_block()) {
+                findings_.report(KVT_FINDING_KEY_IN_ARRAY, check_.mark(word), "directly after ",
+                                 Quoted{key_of(row)}, ", the reader takes ", Quoted{word},
+                                 " for the name of one more of them, with all lines below up to "
+                                 "the closing brace of ",
+                                 Quoted{frame_.name}, ", and reads no message after this one");
+            } else {
+                findings_.report(KVT_FINDING_KEY_IN_ARRAY, check_.mark(word), "directly after ",
+                                 Quoted{key_of(row)}, ", the reader takes ", Quoted{word},
+                                 " for one more of them, and finds no value");
+            }
             return false;
         }
     }
@@ -111,11 +54,21 @@ public:
         if (row_.kind == RowKind::bytes) {
             add_byte(mark, value);
         } else if (row_.kind == RowKind::joined_text) {
-            if (is_read) {
+            if (is_read && value != 0) {
                 add_text(mark, static_cast<size_t>(value));
             }
         } else {
             size_ += is_read;
+        }
+    }
+
+    /// Tells of the value that ends the array where nothing stands after it. Lines that say 0 are
+    /// never told.
+    void finish() const {
+        if (row_.kind == RowKind::bytes && row_.terminator != 0 && has_ended_ && !told_) {
+            check_.findings.report(KVT_FINDING_END_MARK, end_mark_, uint64_t{row_.terminator},
+                                   " ends ", Quoted{key_of(row_)},
+                                   ": the reader takes it, but no line is written for it");
         }
     }
 
@@ -135,7 +88,10 @@ private:
                                    Quoted{key_of(row_)},
                                    ": what stands after it is not written any more");
         }
-        has_ended_ |= value == row_.terminator;
+        if (value == row_.terminator && !has_ended_) {
+            has_ended_ = true;
+            end_mark_ = mark;
+        }
         ++size_;
     }
 
@@ -165,6 +121,7 @@ private:
     JoinedRoom room_;
     bool has_ended_ = false;
     bool told_ = false;
+    Mark end_mark_{check_.cursor.here(), std::string_view()}; ///< where the array has ended
 };
 
 } // namespace
@@ -173,14 +130,16 @@ void BlockCheck::check_array(size_t index) {
     const Row &row = rows_[index];
     const Place place = cursor_.here();
     if (lines_.has(index)) {
-        findings_.report(
-            row.kind == RowKind::joined_text ? KVT_FINDING_REPEATED_KEY
-                                             : KVT_FINDING_REPEATED_ARRAY,
-            check_.mark(check_.look_at_line()).again(lines_.first_line(index)), Quoted{key_of(row)},
-            row.kind == RowKind::bytes ? " begins once more: its lines replace the first ones above"
-                                       : " begins once more: what stood above is replaced");
+        const bool adds = row.kind == RowKind::bytes && !row.has(clear_at_run);
+        findings_.report(row.kind == RowKind::joined_text ? KVT_FINDING_REPEATED_KEY
+                                                          : KVT_FINDING_REPEATED_ARRAY,
+                         check_.mark(check_.look_at_line()).again(lines_.first_line(index)),
+                         Quoted{key_of(row)},
+                         adds ? " begins once more: its lines replace the first ones above"
+                              : " begins once more: what stood above is lost");
     }
     Run run(check_, row);
+    bool is_in_run = false; // there the reader does not look for braces
     do {
         uint64_t value = 0;
         if (const char *end = plain_value(row, value); end != nullptr) {
@@ -190,21 +149,24 @@ void BlockCheck::check_array(size_t index) {
         } else {
             const Line line = check_.look_at_line();
             const Mark mark = check_.mark(line);
-            const Value read = check_value(row, line);
+            const Value read = check_value(index, line, line.closes && !first_ && !is_in_run);
             run.add(mark, read.is_read, read.value);
             if (!read.is_read) {
                 lines_.doubt(index);
             }
         }
+        is_in_run = true;
     } while (goes_on(index));
+    run.finish();
     lines_.remember(index, place, run.size());
 }
 
 // --- Blocks --------------------------------------------------------------------------------------
 
 /// Checks the opening line of a block, and steps to the first line in it. False where the line
-/// opens none, and has been skipped.
-bool BlockCheck::check_opening(const Row &row, const Line &line) {
+/// opens none, and has been skipped. `closes` tells that a closing brace of the line closes the
+/// block around for the reader.
+bool BlockCheck::check_opening(const Row &row, const Line &line, bool closes) {
     const std::string_view word = first_word(line.at, line.end);
     const bool is_longer = word.size() > row.key_length;
     if (is_longer) {
@@ -212,7 +174,11 @@ bool BlockCheck::check_opening(const Row &row, const Line &line) {
                           "the reader takes ", Quoted{word}, " for ", Quoted{key_of(row)});
     }
     if (is_balanced(line)) {
-        report_one_line_block(check_, line);
+        report_one_line_block(check_, line,
+                              closes
+                                  ? "takes the closing brace for that of "
+                                  : "takes the lines below, up to a closing brace, for those of ",
+                              closes ? frame_.name : key_of(row));
         cursor_.step_over_line();
         return false;
     }
@@ -231,23 +197,24 @@ bool BlockCheck::check_opening(const Row &row, const Line &line) {
         cursor_.step_over_line();
         return false;
     }
-    if (!is_longer) {
-        findings_.report(KVT_FINDING_NO_BRACE, check_.mark(line), "no brace follows ", Quoted{word},
-                         " on its line: the reader opens the block all the same, and takes a brace "
-                         "below for another one");
-    }
+    const Mark mark = check_.mark(line);
+    const bool is_alone = trimmed(after, line.end).empty();
     cursor_.step_over_line();
     cursor_.skip_blanks();
-    if (!line.opens && cursor_.begins_with("{")) {
+    const bool is_below = !line.opens && cursor_.begins_with("{");
+    if (!is_longer) {
+        report_no_brace(check_, mark, word, is_alone, is_below);
+    }
+    if (is_below) {
         cursor_.step_over_line();
     }
     return true;
 }
 
-void BlockCheck::enter(const Row &row, bool is_element, size_t element) {
-    const Frame frame{&frame_, key_of(row), is_element, element};
+void BlockCheck::enter(const Row &row, const Place &opening, bool is_element, size_t element) {
+    const Frame frame{&frame_, *row.element, key_of(row), opening, is_element, element};
     const BlockEnd end = BlockCheck(check_, *row.element, frame).check_lines();
-    if (end != BlockEnd::closed) {
+    if (end == BlockEnd::text_end || end == BlockEnd::next_message) {
         end_ = end;
     }
 }
@@ -280,13 +247,14 @@ void BlockCheck::check_blocks(size_t index) {
             continue;
         }
         bool opened = true;
+        const Place here = cursor_.here();
         if (cursor_.begins_with(opening)) {
             cursor_.step_to_line(cursor_.at() + opening.size());
         } else {
-            opened = check_opening(row, check_.look_at_line());
+            opened = check_opening(row, check_.look_at_line(), !first_ && elements == 0);
         }
         if (opened) {
-            enter(row, is_run, elements);
+            enter(row, here, is_run, elements);
         }
         ++elements;
     } while (is_run && goes_on(index));

@@ -2,6 +2,7 @@
 // the opening lines of their blocks. The steps are those of MessageSequence::read and read_message.
 #include "check_block.h"
 #include "check_state.h"
+#include "invisible.h"
 #include "message_kinds.h"
 #include "nearest.h"
 #include "read_message.h"
@@ -27,6 +28,7 @@ private:
 
     void check_message();
     void check_envelope();
+    void check_type_below(const Line &line, const char *after_colon);
     const MessageKind *check_type_line();
     const MessageKind *check_kind(const Line &line, std::string_view name);
     bool check_record_line(const MessageKind &kind);
@@ -34,6 +36,8 @@ private:
     bool check_no_brace(const MessageKind &kind, const Line &line, std::string_view word);
     void check_end(const MessageKind &kind);
     void report_text_end();
+    void report_open(const Line &line);
+    void report_outside(const Line &line, std::string_view text);
 
     bool is_at_message() const { return opens_message(cursor_.at(), cursor_.end()); }
 
@@ -41,18 +45,43 @@ private:
     Findings &findings_;
     Cursor &cursor_;
     bool told_of_blank_lines_ = false;
+    Place opening_{nullptr, nullptr, 0}; ///< of the message that is checked
 };
 
-/// Steps to the next line that opens a message, or to the end.
+/// Steps to the next line that opens a message, or to the end. What cannot be seen before it is
+/// stepped over.
 void MessagesCheck::seek_message() {
     for (cursor_.skip_blanks(); !cursor_.at_end() && !is_at_message(); cursor_.skip_blanks()) {
+        const Line line = cursor_.look_at_line();
+        const char *seen = skip_invisible(line.at, line.end);
+        if (opens_message(seen, line.end)) {
+            cursor_.step_to(seen);
+            return;
+        }
         cursor_.step_over_line();
     }
 }
 
 void MessagesCheck::report_text_end() {
-    findings_.report(KVT_FINDING_NOT_CLOSED, check_.mark(cursor_.at(), cursor_.at()),
-                     "the text ends here, but its last message is not closed");
+    if (check_.indentation.has_missing()) {
+        report_missing(check_, check_.indentation.first_missing());
+        return;
+    }
+    findings_.report(
+        KVT_FINDING_NOT_CLOSED, check_.mark(cursor_.at(), cursor_.at()).again(opening_.line),
+        "the text ends here, but the message of line ", uint64_t{opening_.line}, " is not closed");
+}
+
+/// Reports that a message begins where the one above should be closed.
+void MessagesCheck::report_open(const Line &line) {
+    if (check_.indentation.has_missing()) {
+        report_missing(check_, check_.indentation.first_missing());
+        return;
+    }
+    findings_.report(KVT_FINDING_NOT_CLOSED, check_.mark(line).again(opening_.line),
+                     "a message begins here, but that of line ", uint64_t{opening_.line},
+                     " is not closed: the reader takes this line for its closing brace, and reads "
+                     "neither this message nor those below");
 }
 
 // --- One message ---------------------------------------------------------------------------------
@@ -60,7 +89,11 @@ void MessagesCheck::report_text_end() {
 void MessagesCheck::check_envelope() {
     const Line line = check_.look_at_line();
     const char *brace = skip_blanks_in_line(line.at + 3, line);
-    if (!has_character(brace, line, '{')) {
+    if (trimmed(line.at + 3, line.end).empty()) {
+        findings_.report(KVT_FINDING_MISSING_BRACE, check_.mark(line),
+                         "a message begins with the line 'msg {': the reader looks at the first "
+                         "three letters only");
+    } else if (!has_character(brace, line, '{')) {
         findings_.report(KVT_FINDING_ENVELOPE, check_.mark(line),
                          "a message begins with the line 'msg {': the reader looks at the first "
                          "three letters only, and skips the rest of this line");
@@ -103,6 +136,27 @@ const MessageKind *MessagesCheck::check_kind(const Line &line, std::string_view 
     return kind;
 }
 
+/// Checks a type line that ends after its colon: the reader takes the next word of the text for the
+/// kind.
+void MessagesCheck::check_type_below(const Line &line, const char *after_colon) {
+    const char *end = cursor_.end();
+    const char *name = skip_spaces(after_colon, end);
+    char copy[type_name_capacity] = {};
+    for (size_t i = 0; i < sizeof copy - 1 && name != end && !is_space(*name); ++i) {
+        copy[i] = *name++;
+    }
+    const MessageKind *kind = copy[0] != '\0' ? find_kind(copy) : nullptr;
+    if (kind != nullptr && kind->record != nullptr) {
+        findings_.report(KVT_FINDING_TYPE_BELOW, check_.mark(line),
+                         "no kind stands after 'type:' on its line: the reader takes ",
+                         Quoted{kind->name},
+                         " from a line below, and does not read the block after it");
+    } else {
+        findings_.report(KVT_FINDING_NO_TYPE, check_.mark(line),
+                         "no kind stands after 'type:' on its line: the reader refuses the text");
+    }
+}
+
 /// Checks the type line, and steps to the line after it. Null where the reader knows no kind from
 /// it.
 const MessageKind *MessagesCheck::check_type_line() {
@@ -120,8 +174,7 @@ const MessageKind *MessagesCheck::check_type_line() {
         ++after;
     }
     if (name == after) {
-        findings_.report(KVT_FINDING_NO_TYPE, check_.mark(line),
-                         "no kind stands after 'type:' on its line");
+        check_type_below(line, name);
         return nullptr;
     }
     const MessageKind *kind = check_kind(line, {name, static_cast<size_t>(after - name)});
@@ -135,12 +188,13 @@ const MessageKind *MessagesCheck::check_type_line() {
 bool MessagesCheck::check_no_brace(const MessageKind &kind, const Line &line,
                                    std::string_view word) {
     if (word == kind.block) {
-        findings_.report(KVT_FINDING_NO_BRACE, check_.mark(line), "no brace follows ", Quoted{word},
-                         " on its line: the reader takes a brace below for another "
-                         "block");
+        const Mark mark = check_.mark(line);
+        const bool is_alone = trimmed(line.at + word.size(), line.end).empty();
         cursor_.step_over_line();
         cursor_.skip_blanks();
-        if (cursor_.begins_with("{")) {
+        const bool is_below = cursor_.begins_with("{");
+        report_no_brace(check_, mark, word, is_alone, is_below);
+        if (is_below) {
             cursor_.step_over_line();
         }
         return true;
@@ -166,7 +220,9 @@ bool MessagesCheck::check_record_line(const MessageKind &kind) {
     const Line line = check_.look_at_line();
     const std::string_view word = first_word(line.at, line.end);
     if (is_balanced(line)) {
-        report_one_line_block(check_, line);
+        report_one_line_block(check_, line,
+                              "takes the lines below, up to a closing brace, for those of ",
+                              kind.block);
         cursor_.step_over_line();
         check_end(kind);
         return false;
@@ -196,9 +252,7 @@ void MessagesCheck::check_end(const MessageKind &kind) {
     }
     const Line line = check_.look_at_line();
     if (is_at_message()) {
-        findings_.report(KVT_FINDING_NOT_CLOSED, check_.mark(line),
-                         "a message begins here, but the one above is not closed: the reader takes "
-                         "this line for its closing brace");
+        report_open(line);
         return;
     }
     if (has_character(line.at, line, '}')) {
@@ -206,17 +260,24 @@ void MessagesCheck::check_end(const MessageKind &kind) {
         cursor_.step_over_line();
         return;
     }
-    findings_.report(KVT_FINDING_OUTSIDE, check_.mark(line), "after the block ", Quoted{kind.block},
-                     " only the closing brace of its message belongs: the "
-                     "reader takes this line for that, and stops");
+    const Mark mark = check_.mark(line);
+    cursor_.step_over_line();
+    cursor_.skip_blanks();
+    findings_.report(KVT_FINDING_OUTSIDE, mark, "after the block ", Quoted{kind.block},
+                     " only the closing brace of its message belongs: the reader takes this line "
+                     "for that, ",
+                     cursor_.begins_with("msg") ? "and skips it" : "and stops");
     seek_message();
 }
 
 void MessagesCheck::check_message() {
     ++findings_.message;
+    check_.indentation.begin_message();
+    opening_ = cursor_.here();
     check_envelope();
     if (cursor_.at_end()) {
-        report_text_end();
+        findings_.report(KVT_FINDING_NO_TYPE, check_.mark(cursor_.at(), cursor_.at()),
+                         "the text ends before it says a kind: the reader refuses it");
         return;
     }
     const MessageKind *kind = check_type_line();
@@ -224,10 +285,11 @@ void MessagesCheck::check_message() {
         seek_message();
         return;
     }
+    const Place opening = cursor_.here();
     if (!check_record_line(*kind)) {
         return;
     }
-    const Frame frame{nullptr, kind->block, false, 0};
+    const Frame frame{nullptr, *kind->record, kind->block, opening, false, 0};
     if (BlockCheck(check_, *kind->record, frame).check_lines() == BlockEnd::closed) {
         check_end(*kind);
     }
@@ -237,22 +299,45 @@ void MessagesCheck::check_message() {
 
 /// The reader refuses a text that begins with anything but a message.
 void MessagesCheck::check_start() {
+    static constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
     const char *begin = cursor_.at();
     if (cursor_.begins_with("msg")) {
         return;
     }
+    if (cursor_.begins_with(byte_order_mark)) {
+        findings_.report(KVT_FINDING_BYTE_ORDER_MARK,
+                         check_.mark(begin, begin + byte_order_mark.size()),
+                         "an invisible byte order mark stands before the text: the reader refuses "
+                         "it");
+        seek_message();
+        return;
+    }
     const Line first = cursor_.look_at_line();
     const Mark mark = check_.mark(first);
+    const std::string_view text = trimmed(first.at, first.end);
     seek_message();
     if (cursor_.at_end()) {
         findings_.report(KVT_FINDING_NO_MESSAGE, mark, "no line 'msg {' begins a message here");
-        return;
+    } else if (trimmed(begin, cursor_.at()).empty()) {
+        findings_.report(KVT_FINDING_BEFORE_MESSAGE, mark,
+                         "blanks stand before the first message: a text must begin with 'msg', or "
+                         "the reader refuses it");
+    } else {
+        findings_.report(KVT_FINDING_BEFORE_MESSAGE, mark, Quoted{text},
+                         " stands before the first message: a text must begin with 'msg', or the "
+                         "reader refuses it");
     }
-    const bool is_blank = trimmed(begin, cursor_.at()).empty();
-    findings_.report(KVT_FINDING_OUTSIDE, mark,
-                     is_blank ? "blanks stand before the first message: a text must begin with "
-                                "'msg', or the reader refuses it"
-                              : "a text must begin with 'msg', or the reader refuses it");
+}
+
+/// Reports a line between two messages, which ends the text for the reader.
+void MessagesCheck::report_outside(const Line &line, std::string_view text) {
+    if (*line.at == '}') {
+        report_extra(check_, check_.indentation.take_extra(cursor_.here()), {});
+    } else {
+        findings_.report(KVT_FINDING_OUTSIDE, check_.mark(line), Quoted{text},
+                         " stands outside of the messages: the reader stops here, and reads "
+                         "nothing below");
+    }
 }
 
 /// Steps from the end of a message to the next one, or to the end of the text.
@@ -264,9 +349,7 @@ void MessagesCheck::check_between() {
         const Line line = check_.look_at_line();
         const std::string_view text = trimmed(line.at, line.end);
         if (!text.empty()) {
-            findings_.report(KVT_FINDING_OUTSIDE, check_.mark(line), Quoted{text},
-                             " stands outside of the messages: the reader stops here, and reads "
-                             "nothing below");
+            report_outside(line, text);
             seek_message();
             return;
         }

@@ -137,19 +137,22 @@ bool survives(float value) {
 
 } // namespace
 
-bool check_real(Check &check, const Row &row, const Line &line) {
+std::string_view real_at(const char *at, const char *end) {
+    const Extent extent = at != end ? take_real(at, end) : Extent{at};
+    return {at, static_cast<size_t>(extent.end - at)};
+}
+
+bool check_real(Check &check, const Row &row, const Line &line, const Unread &unread) {
     const std::string_view value = trimmed(value_of(row, line), line.end);
     if (value.empty()) {
-        report_no_value(check, row, line);
+        report_no_number(check, row, line, unread);
         return false;
     }
     const Extent extent = take_real(value.data(), value.data() + value.size());
     const std::string_view number = first_of(value, static_cast<size_t>(extent.end - value.data()));
     float scanned = 0;
     if (number.empty() || !scan_real(RealText(first_of(value, longest_real)).text, scanned)) {
-        check.findings.report(KVT_FINDING_NOT_A_NUMBER, check.mark(value), Quoted{value},
-                              " is no number, and ", Quoted{key_of(row)},
-                              " wants one: ", consequence(row));
+        report_not_a_number(check, row, value, unread);
         return false;
     }
     KVT_BOUNDARY(number.size() == longest_real);
@@ -166,7 +169,7 @@ bool check_real(Check &check, const Row &row, const Line &line) {
                               " is not kept as it is: the writer makes ", std::string_view(written),
                               " of it");
     }
-    report_rest(check, line, number, number.data() + number.size());
+    report_rest(check, row, line, number);
     return true;
 }
 

@@ -14,4 +14,15 @@ Line Check::look_at_line() {
     return line;
 }
 
+Place Check::find_quote(const char *at) {
+    if (quote_.at == nullptr || quote_.at < at) {
+        // From here() on, not from the quote before: no line above is counted twice either way.
+        Cursor search = cursor;
+        const char *quote = find_character('"', at, cursor.end());
+        search.step_to(quote != nullptr ? quote : cursor.end());
+        quote_ = search.here();
+    }
+    return quote_;
+}
+
 } // namespace kvt_checking

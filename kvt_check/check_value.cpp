@@ -1,9 +1,9 @@
 #include "check_value.h"
 
-#include <cstring>
+#include <algorithm>
 
 #include "engine/element_size.h"
-#include "text/boundary.h"
+#include "invisible.h"
 #include "text/wrapping.h"
 
 namespace kvt_checking {
@@ -12,42 +12,6 @@ using namespace kvt_str;
 
 unsigned bits_of(const Row &row) {
     return 8 * element_size(row);
-}
-
-std::string_view consequence(const Row &row) {
-    if (row.has(shared_value)) {
-        return "the field takes the value of a line before";
-    }
-    if (row.kind == RowKind::bytes) {
-        return "it counts as 0";
-    }
-    if (row.kind == RowKind::text) {
-        return "the text becomes empty";
-    }
-    return row.is_array() || row.kind == RowKind::joined_text ? "there is no element for it"
-                                                              : "the field stays as it was";
-}
-
-void report_no_value(Check &check, const Row &row, const Line &line) {
-    const char *below = skip_spaces(line.end, check.cursor.end());
-    const char *digit =
-        below != check.cursor.end() && (*below == '-' || *below == '+') ? below + 1 : below;
-    if (digit != check.cursor.end() && is_digit(*digit) && row.kind != RowKind::text &&
-        row.kind != RowKind::joined_text) {
-        check.findings.report(KVT_FINDING_NO_VALUE, check.mark(line), "no value stands after ",
-                              Quoted{key_of(row)}, ": the reader takes the number on a line below");
-    } else {
-        check.findings.report(KVT_FINDING_NO_VALUE, check.mark(line), "no value stands after ",
-                              Quoted{key_of(row)}, ": ", consequence(row));
-    }
-}
-
-void report_rest(Check &check, const Line &line, std::string_view value, const char *at) {
-    const std::string_view rest = trimmed(at, line.end);
-    if (!rest.empty()) {
-        check.findings.report(KVT_FINDING_AFTER_NUMBER, check.mark(rest), "the reader takes ",
-                              Quoted{value}, " and skips what stands after it, ", Quoted{rest});
-    }
 }
 
 namespace {
@@ -115,117 +79,60 @@ void report_range(Check &check, const Row &row, const Digits &digits) {
 
 } // namespace
 
-bool check_number(Check &check, const Row &row, const Line &line, uint64_t &number) {
+void report_not_a_number(Check &check, const Row &row, std::string_view value,
+                         const Unread &unread) {
+    const char *end = value.data() + value.size();
+    const char *seen = skip_invisible(value.data(), end);
+    if (seen != value.data() && seen != end && is_digit(*seen)) {
+        check.findings.report(
+            KVT_FINDING_INVISIBLE, check.mark(value.data(), seen), "before ",
+            Quoted{{seen, static_cast<size_t>(end - seen)}}, " stands what cannot be seen, ",
+            Quoted{{value.data(), static_cast<size_t>(seen - value.data())}}, ": ", unread);
+    } else {
+        check.findings.report(KVT_FINDING_NOT_A_NUMBER, check.mark(value), Quoted{value},
+                              " is no number, and ", Quoted{key_of(row)}, " wants one: ", unread);
+    }
+}
+
+void report_no_number(Check &check, const Row &row, const Line &line, const Unread &unread) {
+    const char *end = check.cursor.end();
+    const char *below = skip_spaces(line.end, end);
+    std::string_view number;
+    if (row.kind == RowKind::real) {
+        number = real_at(below, end);
+    } else if (below != end) {
+        const char *after = take_digits(below, end).end;
+        number = {below, static_cast<size_t>(after - below)};
+    }
+    if (number.empty()) {
+        check.findings.report(KVT_FINDING_NO_VALUE, check.mark(line), "no value stands after ",
+                              Quoted{key_of(row)}, ": ", unread);
+    } else {
+        const auto lines = static_cast<size_t>(std::count(line.end, below, '\n'));
+        check.findings.report(KVT_FINDING_NO_VALUE, check.mark(line), "no value stands after ",
+                              Quoted{key_of(row)}, ": the reader takes the number of line ",
+                              uint64_t{check.cursor.here().line + lines}, ", ", Quoted{number});
+    }
+}
+
+bool check_number(Check &check, const Row &row, const Line &line, const Unread &unread,
+                  uint64_t &number) {
     const char *at = skip_spaces(value_of(row, line), line.end);
     if (at == line.end) {
-        report_no_value(check, row, line);
+        report_no_number(check, row, line, unread);
         return false;
     }
     const Digits digits = take_digits(at, line.end);
     if (digits.end == digits.begin) {
-        const std::string_view value = trimmed(at, line.end);
-        check.findings.report(KVT_FINDING_NOT_A_NUMBER, check.mark(value), Quoted{value},
-                              " is no number, and ", Quoted{key_of(row)},
-                              " wants one: ", consequence(row));
+        report_not_a_number(check, row, trimmed(at, line.end), unread);
         return false;
     }
     if (!is_in_range(row, digits)) {
         report_range(check, row, digits);
     }
-    report_rest(check, line, {at, static_cast<size_t>(digits.end - at)}, digits.end);
+    report_rest(check, row, line, {at, static_cast<size_t>(digits.end - at)});
     number = stored_of(row, digits);
     return true;
-}
-
-// --- Texts ---------------------------------------------------------------------------------------
-
-namespace {
-
-/// Tells of what stands between the colon and the first quote, which the reader skips; it wants one
-/// character there at least. False where there is none.
-bool check_before_text(Check &check, const char *after_colon, const char *quote) {
-    if (quote == after_colon) {
-        check.findings.report(KVT_FINDING_BEFORE_TEXT, check.mark(quote - 1, quote + 1),
-                              "a blank belongs between the colon and the quote: the reader does "
-                              "not read the text");
-        return false;
-    }
-    const std::string_view before = trimmed(after_colon, quote);
-    if (!before.empty()) {
-        check.findings.report(KVT_FINDING_BEFORE_TEXT, check.mark(before),
-                              "the reader skips what stands before the quote, ", Quoted{before});
-    }
-    return true;
-}
-
-} // namespace
-
-std::string_view check_text(Check &check, const Row &row, const Line &line, size_t longest) {
-    const char *after_colon = value_of(row, line);
-    const char *quote = find_character('"', after_colon, line.end);
-    if (quote == nullptr) {
-        const std::string_view value = trimmed(after_colon, line.end);
-        if (value.empty()) {
-            report_no_value(check, row, line);
-        } else {
-            check.findings.report(KVT_FINDING_NO_QUOTES, check.mark(value), Quoted{value},
-                                  " stands without quotes: the reader looks for a quoted text on "
-                                  "the lines below");
-        }
-        return {};
-    }
-    if (!check_before_text(check, after_colon, quote)) {
-        return {};
-    }
-    const char *begin = quote + 1;
-    const char *closing = find_character('"', begin, line.end);
-    if (closing == nullptr) {
-        check.findings.report(KVT_FINDING_OPEN_TEXT, check.mark(quote, line.end),
-                              "no second quote closes this text on its line: the reader takes what "
-                              "follows, up to a quote on a line below");
-        return {};
-    }
-    std::string_view value(begin, static_cast<size_t>(closing - begin));
-    if (value.empty()) {
-        check.findings.report(
-            KVT_FINDING_EMPTY_TEXT, check.mark(quote, closing + 1),
-            "the reader does not take an empty text for a value: ", consequence(row));
-    }
-    KVT_BOUNDARY(value.size() == longest);
-    KVT_BOUNDARY(value.size() == longest + 1);
-    if (value.size() > longest) {
-        check.findings.report(KVT_FINDING_LONG_TEXT, check.mark(begin + longest, closing),
-                              Quoted{key_of(row)}, " holds ", uint64_t{longest},
-                              " bytes: the reader cuts what stands after them");
-    }
-    if (has_brace(begin, closing)) {
-        check.findings.report(KVT_FINDING_BRACE_IN_TEXT, check.mark(value),
-                              "a brace opens or closes a block for the reader, also within quotes");
-    }
-    const std::string_view rest = trimmed(closing + 1, line.end);
-    if (!rest.empty()) {
-        check.findings.report(KVT_FINDING_AFTER_TEXT, check.mark(rest),
-                              "a text ends at its second quote: the reader skips what stands after "
-                              "it, ",
-                              Quoted{rest});
-    }
-    return first_of(value, longest);
-}
-
-const char *end_of_plain_text(const char *at, const char *end, size_t longest) {
-    if (at == end || *at != '"') {
-        return nullptr;
-    }
-    const char *begin = ++at;
-    while (at != end && *at != '"' && *at != '{' && *at != '}' && *at != '\n') {
-        ++at;
-    }
-    const auto length = static_cast<size_t>(at - begin);
-    KVT_BOUNDARY(length == longest);
-    KVT_BOUNDARY(length == longest + 1);
-    return length != 0 && length <= longest && end - at >= 2 && at[0] == '"' && at[1] == '\n'
-               ? at + 1
-               : nullptr;
 }
 
 } // namespace kvt_checking

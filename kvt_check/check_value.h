@@ -20,9 +20,6 @@ inline std::string_view key_of(const kvt_str::Row &row) {
 /// Bits of the numbers of a row.
 unsigned bits_of(const kvt_str::Row &row);
 
-/// What the reader makes of a field or element whose line it cannot use: the end of a sentence.
-std::string_view consequence(const kvt_str::Row &row);
-
 /// What the numbers of a field can be: up to 2^bits - 1, or from -2^(bits-1) to 2^(bits-1) - 1.
 inline uint64_t greatest_of(const kvt_str::Row &row) {
     const unsigned bits = bits_of(row) - (row.kind == kvt_str::RowKind::signed32 ? 1 : 0);
@@ -34,23 +31,53 @@ inline const char *value_of(const kvt_str::Row &row, const Line &line) {
     return line.at + row.key_length + 1;
 }
 
-/// Tells of a line that ends where its value should be. A conversion goes on to the next lines.
-void report_no_value(Check &check, const kvt_str::Row &row, const Line &line);
+/// How the reader takes the line of a text.
+struct TextReading {
+    size_t longest;         ///< value that the field keeps, in bytes
+    Unread unread;          ///< what becomes of the field where no text is read
+    std::string_view block; ///< that the line stands in
+    bool closes;            ///< a closing brace of the line closes that block for the reader
+};
 
-/// Tells of what stands after a number that ends at `at`, if anything does.
-void report_rest(Check &check, const Line &line, std::string_view value, const char *at);
+// check_rest.cpp: what stands after a value.
 
-// Each of these takes a line that begins with the row's key and a colon. False is returned, or an
-// empty text, where the reader takes no value from the line.
+/// Tells of what stands after a number on its line, if anything does.
+void report_rest(Check &check, const kvt_str::Row &row, const Line &line, std::string_view value);
+
+bool is_comment(std::string_view text);
+void report_comment(Check &check, std::string_view rest);
+
+/// True for opening braces alone.
+bool is_needless_brace(std::string_view rest);
+void report_needless_brace(Check &check, std::string_view rest);
+
+// Each of these takes a line that begins with the row's key and a colon, and tells whether the
+// reader takes a value from that line. `unread` is what becomes of the field when it does not.
 
 /// Sets the number as its field holds it, or leaves it as it is.
-bool check_number(Check &check, const kvt_str::Row &row, const Line &line, uint64_t &number);
+bool check_number(Check &check, const kvt_str::Row &row, const Line &line, const Unread &unread,
+                  uint64_t &number);
 
-bool check_real(Check &check, const kvt_str::Row &row, const Line &line);
+bool check_real(Check &check, const kvt_str::Row &row, const Line &line, const Unread &unread);
 
-/// The value that the reader takes, of up to `longest` characters.
-std::string_view check_text(Check &check, const kvt_str::Row &row, const Line &line,
-                            size_t longest);
+/// Tells of a line that ends where its number should be. A conversion goes on to the next lines.
+void report_no_number(Check &check, const kvt_str::Row &row, const Line &line,
+                      const Unread &unread);
+
+/// Tells of a value that is no number.
+void report_not_a_number(Check &check, const kvt_str::Row &row, std::string_view value,
+                         const Unread &unread);
+
+/// The float that the characters from `at` on begin with; empty where there is none.
+std::string_view real_at(const char *at, const char *end);
+
+struct TextLine {
+    bool is_read = false;
+    std::string_view value; ///< of up to the longest size; can be empty
+};
+
+TextLine check_text(Check &check, const kvt_str::Row &row, const Line &line,
+                    const TextReading &reading);
 
 // The same for the lines of writers, at a glance: they need none of the above, and have no
 // findings.

@@ -13,6 +13,13 @@ bool opens_message(const char *at, const char *end) {
     return brace != end && *brace == '{';
 }
 
+void Cursor::step_to(const char *to) {
+    while (const char *newline = find_character('\n', here_.at, to)) {
+        step_to_line(newline + 1);
+    }
+    here_.at = to;
+}
+
 void Cursor::step_over_line() {
     const void *newline = std::memchr(here_.at, '\n', static_cast<size_t>(end_ - here_.at));
     if (newline != nullptr) {

@@ -19,6 +19,11 @@ struct Place {
     size_t line; ///< from 1
 };
 
+/// How deep what stands at a position is indented, in characters.
+inline size_t indent_of(const Place &place) {
+    return static_cast<size_t>(place.at - place.line_start);
+}
+
 /// A line from a position on, without its newline.
 struct Line {
     const char *at;
@@ -87,7 +92,8 @@ bool opens_message(const char *at, const char *end);
 
 class Cursor {
 public:
-    Cursor(const char *begin, const char *end) : end_(end), here_{begin, begin, 1} {}
+    Cursor(const char *begin, const char *end, size_t first_line = 1)
+        : end_(end), here_{begin, begin, first_line} {}
 
     const Place &here() const { return here_; }
 
@@ -98,6 +104,9 @@ public:
     bool at_end() const { return here_.at == end_; }
 
     bool has(size_t characters) const { return static_cast<size_t>(end_ - here_.at) >= characters; }
+
+    /// How deep what stands here is indented, in characters.
+    size_t indent() const { return indent_of(here_); }
 
     bool begins_with(std::string_view word) const {
         return has(word.size()) && std::memcmp(here_.at, word.data(), word.size()) == 0;
@@ -117,6 +126,9 @@ public:
         here_.at = start;
         begin_line(start);
     }
+
+    /// Steps forward to any character.
+    void step_to(const char *to);
 
     /// Steps after the newline of the line.
     void step_over_line();

@@ -1,4 +1,4 @@
-// The kinds of findings, in words.
+// The kinds of findings: names, severities and what is said of them in general.
 #pragma once
 
 #include "kvt/kvt_check.h"
@@ -8,7 +8,9 @@ namespace kvt_checking {
 struct FindingKind {
     kvt_finding_kind kind;
     const char *name;
+    kvt_severity severity;
     const char *meaning;
+    const char *remedy;
 };
 
 /// Null for a number that is no kind.

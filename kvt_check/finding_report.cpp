@@ -28,6 +28,10 @@ void add_path(Cut<path_room> &path, const Frame &frame) {
 
 Mark::Mark(const Place &place, const Line &text) : Mark(place, trimmed(text.at, text.end)) {}
 
+bool Findings::is_wanted(kvt_finding_kind kind) const {
+    return find_finding_kind(kind)->severity >= wanted_.options.least;
+}
+
 void Findings::deliver(kvt_finding_kind kind, const Mark &mark, std::string_view nearest,
                        const Words &words) {
     Cut<path_room> path;
@@ -56,7 +60,7 @@ void Findings::deliver(kvt_finding_kind kind, const Mark &mark, std::string_view
     finding.nearest = nearest.empty() ? nullptr : known.text();
     finding.path = path.text();
     finding.in_message = message;
-    stopped_ = callback_(&finding, user_) != 0;
+    stopped_ = wanted_.callback(&finding, wanted_.user) != 0;
 }
 
 } // namespace kvt_checking

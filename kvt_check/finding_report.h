@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "cursor.h"
+#include "engine/row.h"
 #include "finding_words.h"
 #include "kvt/kvt_check.h"
 
@@ -13,7 +14,9 @@ namespace kvt_checking {
 /// A block that is being checked, and those around it.
 struct Frame {
     const Frame *around;
+    const kvt_str::Record &table;
     std::string_view name;
+    Place opening; ///< of the block's name on its opening line
     bool is_element;
     size_t index; ///< of an element
 };
@@ -24,7 +27,7 @@ struct Mark {
     size_t line;
     const char *from;
     const char *to;
-    size_t first_line = 0; ///< of what comes again here
+    size_t first_line = 0; ///< of what comes again, or is not closed, here
 
     /// All of a line but for the blanks at its ends.
     Mark(const Place &place, const Line &text);
@@ -42,10 +45,17 @@ struct Mark {
     }
 };
 
+/// What the caller of a check asks for.
+struct Wanted {
+    kvt_finding_callback *callback = nullptr; ///< null when findings are only counted
+    void *user = nullptr;
+    kvt_check_options options{};
+};
+
 class Findings {
 public:
-    Findings(const char *begin, const char *end, kvt_finding_callback *callback, void *user)
-        : begin_(begin), end_(end), callback_(callback), user_(user) {}
+    Findings(const char *begin, const char *end, const Wanted &wanted)
+        : begin_(begin), end_(end), wanted_(wanted) {}
 
     size_t count() const { return count_; }
 
@@ -53,7 +63,10 @@ public:
     bool stopped() const { return stopped_; }
 
     /// The caller looks at each finding. Otherwise findings are only counted.
-    bool is_watched() const { return callback_ != nullptr; }
+    bool is_watched() const { return wanted_.callback != nullptr; }
+
+    /// Consequences are wanted, too: the check goes on as the reader does.
+    bool follows_reader() const { return wanted_.options.consequences != 0; }
 
     /// Reports one finding; `parts` are those of its sentence (finding_words.h).
     template <typename... Parts>
@@ -65,7 +78,7 @@ public:
     template <typename... Parts>
     void suggest(kvt_finding_kind kind, const Mark &mark, std::string_view nearest,
                  const Parts &...parts) {
-        if (stopped_) {
+        if (stopped_ || (wanted_.options.least != KVT_SEVERITY_STYLE && !is_wanted(kind))) {
             return;
         }
         ++count_;
@@ -81,13 +94,13 @@ public:
     size_t message = 0;
 
 private:
+    bool is_wanted(kvt_finding_kind kind) const;
     void deliver(kvt_finding_kind kind, const Mark &mark, std::string_view nearest,
                  const Words &words);
 
     const char *begin_;
     const char *end_;
-    kvt_finding_callback *callback_;
-    void *user_;
+    Wanted wanted_;
     size_t count_ = 0;
     bool stopped_ = false;
 };

@@ -1,5 +1,7 @@
 #include "finding_words.h"
 
+#include "invisible.h"
+
 namespace kvt_checking {
 
 namespace {
@@ -28,8 +30,7 @@ size_t bytes_of_character(std::string_view text) {
             return 0;
         }
     }
-    // The control characters beyond ASCII.
-    return lead == 0xC2 && static_cast<unsigned char>(byte[1]) < 0xA0 ? 0 : bytes;
+    return bytes;
 }
 
 } // namespace
@@ -39,7 +40,14 @@ void Words::add_escaped(unsigned char byte) {
     const char escaped[] = {'\\', 'x', hexadecimal[byte >> 4], hexadecimal[byte & 15]};
     add(byte == '\r'   ? std::string_view("\\r")
         : byte == '\t' ? std::string_view("\\t")
+        : byte == '\n' ? std::string_view("\\n")
                        : std::string_view(escaped, sizeof escaped));
+}
+
+void Words::add_escaped(std::string_view bytes) {
+    for (const char byte : bytes) {
+        add_escaped(static_cast<unsigned char>(byte));
+    }
 }
 
 void Words::add(Quoted quoted) {
@@ -48,7 +56,15 @@ void Words::add(Quoted quoted) {
     while (!rest.empty()) {
         const auto byte = static_cast<unsigned char>(*rest.data());
         size_t bytes = 1;
-        if (byte >= ' ' && byte < 0x7F) {
+        const Invisible invisible = invisible_at(rest.data(), rest.data() + rest.size());
+        if (invisible.bytes != 0) {
+            bytes = invisible.bytes;
+            add_escaped(first_of(rest, bytes));
+            if (name_.empty()) {
+                invisible_ = first_of(rest, bytes);
+                name_ = invisible.name;
+            }
+        } else if (byte >= ' ' && byte < 0x7F) {
             add(first_of(rest, 1));
         } else if (const size_t more = bytes_of_character(rest); more != 0) {
             add(first_of(rest, more));
@@ -61,6 +77,22 @@ void Words::add(Quoted quoted) {
         rest = {rest.data() + bytes, rest.size() - bytes};
     }
     add(quoted.text.size() > longest_quote ? "...'" : "'");
+}
+
+void Words::add(Unread unread) {
+    add(unread.words);
+    if (unread.has_number) {
+        add(unread.number);
+    }
+}
+
+void Words::add_name() {
+    if (!name_.empty()) {
+        add("; ");
+        add_escaped(invisible_);
+        add(" is ");
+        add(name_);
+    }
 }
 
 void Words::add(Suggestion suggestion) {

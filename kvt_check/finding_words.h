@@ -52,20 +52,37 @@ struct Quoted {
     std::string_view text;
 };
 
+/// What becomes of a field whose line the reader cannot use.
+struct Unread {
+    std::string_view words;
+    bool has_number = false;
+    uint64_t number = 0; ///< stands after the words
+};
+
 /// The known word that was probably meant; nothing is said where there is none.
 struct Suggestion {
     std::string_view word;
 };
 
+/// A sentence of parts. Where one of them shows an invisible character, its name stands at the end.
 class Words : public Cut<KVT_FINDING_MESSAGE_ROOM> {
 public:
-    template <typename... Parts> explicit Words(const Parts &...parts) { (add(parts), ...); }
+    template <typename... Parts> explicit Words(const Parts &...parts) {
+        (add(parts), ...);
+        add_name();
+    }
 
 private:
     using Cut::add;
     void add(Quoted quoted);
+    void add(Unread unread);
     void add(Suggestion suggestion);
     void add_escaped(unsigned char byte);
+    void add_escaped(std::string_view bytes);
+    void add_name();
+
+    std::string_view invisible_; ///< the first one that was shown
+    std::string_view name_;
 };
 
 } // namespace kvt_checking

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Compares what a shared library of the project exports and imports with what is promised: of the
-# codec nine functions out, of the check four; in, the names of the message layer and some of the C
+# codec nine functions out, of the check nine; in, the names of the message layer and some of the C
 # library, and no C++ runtime.
 # Usage: check_symbols.sh LIBRARY codec|check
 set -euo pipefail
@@ -12,7 +12,8 @@ kvt_msg_to_str kvt_str_get_buf_size next_line next_msg"
 from_layer="kvt_msg_release log_cb log_level"
 further=
 if [ "$what" = check ]; then
-    exported="kvt_check kvt_finding_meaning kvt_finding_name kvt_finding_of_name"
+    exported="kvt_check kvt_check_losses kvt_check_with kvt_finding_meaning kvt_finding_name
+kvt_finding_of_name kvt_finding_remedy kvt_finding_severity kvt_severity_name"
     from_layer=
     further="memcmp strcmp bcmp" # clang compares by bcmp where only equality counts
 fi

@@ -18,7 +18,8 @@ static int show(const kvt_finding *finding, void *name) {
 
 /* Returns 0 when the text is fine and was read. */
 static int read_checked(const char *text, char *name) {
-    if (kvt_check(text, strlen(text), show, name) != 0) {
+    const kvt_check_options options = {KVT_SEVERITY_LOST, 0, 0}; /* what is of style is read */
+    if (kvt_check_with(text, strlen(text), &options, show, name) != 0) {
         return -1;
     }
     void *record = NULL;

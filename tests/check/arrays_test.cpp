@@ -40,7 +40,7 @@ TEST(CheckedCounts, AfterTheirElementsAreTheirNumber) {
               "6:5 late-count 'num_guids: 0'\n");
     EXPECT_EQ(said_of(begin_job("    port_guids: 1\n    uid: 1\n    num_guids: 2\n")),
               "'num_guids' says 2, but 'port_guids' has 1 element; after it, the reader keeps the "
-              "number as it stands\n");
+              "number; where it reads several messages, it takes what is there\n");
     // A number that its field cuts is what is left of it.
     EXPECT_EQ(found(begin_job("    num_guids: 4294967297\n    port_guids: 1\n")),
               "4:16 out-of-range '4294967297'\n");
@@ -57,10 +57,10 @@ TEST(CheckedCounts, AfterTheirElementsAreTheirNumber) {
     EXPECT_EQ(found(job_data("    trees {\n    }\n    uid: 7\n    trees_num: 1\n")), "");
     EXPECT_EQ(found(job_data("    trees {\n    }\n    trees_old {\n    }\n    trees {\n    }\n")),
               "6:5 longer-key 'trees_old'\n");
-    EXPECT_EQ(
-        said_of(job_data("    trees {\n    }\n    trees_num: 1\n")),
-        "directly after 'trees', the reader takes 'trees_num' for one more of them, up to the "
-        "next closing brace\n");
+    EXPECT_EQ(said_of(job_data("    trees {\n    }\n    trees_num: 1\n")),
+              "directly after 'trees', the reader takes 'trees_num' for the name of one more of "
+              "them, with all lines below up to the closing brace of 'job_data', and reads no "
+              "message after this one\n");
 }
 
 TEST(CheckedCounts, HaveElements) {
@@ -70,10 +70,9 @@ TEST(CheckedCounts, HaveElements) {
     EXPECT_EQ(found(topology("    num_switches: 1000\n")), "4:5 lone-count 'num_switches: 1000'\n");
     EXPECT_EQ(found(message_of("ALLOC_GROUPS", "alloc_groups", "    num_groups: 1\n")),
               "4:5 lone-count 'num_groups: 1'\n");
-    EXPECT_EQ(
-        said_of(topology("    num_switches: 1000\n")),
-        "'num_switches' says 1000, but there is no 'switches': the reader keeps the number, and "
-        "promises what is not there\n");
+    EXPECT_EQ(said_of(topology("    num_switches: 1000\n")),
+              "'num_switches' says 1000, but there is no 'switches': the reader keeps the number, "
+              "and promises what is not there; where it reads several messages, it makes it 0\n");
 }
 
 TEST(CheckedCounts, SayNothingMoreWhereAnElementIsWrong) {
@@ -94,7 +93,7 @@ TEST(CheckedArrays, AreInOnePlace) {
                              "      qp_child_idxs: 4\n    }\n")),
               "7:7 repeated-array 'qp_child_idxs: 4'\n");
     EXPECT_EQ(said_of(begin_job("    port_guids: 1\n    uid: 3\n    port_guids: 2\n")),
-              "'port_guids' begins once more: what stood above is replaced\n");
+              "'port_guids' begins once more: what stood above is lost\n");
     EXPECT_EQ(said_of(job_data("    trees {\n    }\n    uid: 3\n    trees {\n    }\n")),
               "'trees' begins once more: its blocks replace those above\n");
     EXPECT_EQ(said_of(message_of("JOB_INFO_REPLY", "mgmt_job_info_list",
@@ -119,7 +118,7 @@ TEST(CheckedArrays, InTheRecordHaveAPlaceForEveryLine) {
     EXPECT_EQ(found(message_of("RELEASE_GROUPS", "release_groups",
                                repeat(group, 4) + "    groups {\n" +
                                    message_of("END_JOB", "end_job", ""))),
-              "12:5 too-many 'groups {'\n13:1 not-closed 'msg {'\n18:3 outside '}'\n");
+              "12:5 too-many 'groups {'\n13:1 not-closed 'msg {'\n18:3 extra-brace '}'\n");
 
     const auto conns = [](const std::string &lines) {
         return job_data("    conns {\n" + lines + "    }\n");
@@ -139,7 +138,8 @@ TEST(CheckedArrays, EndAtTheValueThatEndsThem) {
     const auto conns = [](const std::string &lines) {
         return job_data("    conns {\n" + lines + "    }\n");
     };
-    EXPECT_EQ(found(conns("      qp_child_idxs: 7\n      qp_child_idxs: 255\n")), "");
+    EXPECT_EQ(found(conns("      qp_child_idxs: 7\n      qp_child_idxs: 255\n")),
+              "6:7 end-mark 'qp_child_idxs: 255'\n");
     EXPECT_EQ(found(conns("      qp_child_idxs: 7\n      qp_child_idxs: 255\n"
                           "      qp_child_idxs: 8\n      qp_child_idxs: 9\n")),
               "7:7 after-end 'qp_child_idxs: 8'\n");
@@ -196,7 +196,7 @@ TEST(CheckedJoinedTexts, HaveRoomForTheirLines) {
 
 TEST(CheckedKeys, StandOnceInABlock) {
     EXPECT_EQ(found(begin_job("    job_id: 1\n    uid: 2\n    job_id: 1\n")),
-              "6:5 repeated-key 'job_id: 1'\n");
+              "6:5 repeated-value 'job_id: 1'\n");
     EXPECT_EQ(found(begin_job("    quota_percentage: 5\n    quota_percentage: 6\n")),
               "5:5 repeated-key 'quota_percentage: 6'\n");
     EXPECT_EQ(found(job_error("    description: \"a\"\n    description: \"b\"\n")),
@@ -206,7 +206,7 @@ TEST(CheckedKeys, StandOnceInABlock) {
     // One that was not read is not replaced.
     EXPECT_EQ(found(begin_job("    job_id: x\n    job_id: 1\n")), "4:13 not-a-number 'x'\n");
     EXPECT_EQ(said_of(begin_job("    job_id: 1\n    job_id: 2\n")),
-              "'job_id' stands here once more: its value replaces the one above\n");
+              "'job_id' stands here once more, with another value: that of line 4 is lost\n");
 }
 
 TEST(CheckedBlocks, StandOnceInABlock) {

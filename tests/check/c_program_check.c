@@ -32,6 +32,11 @@ int main(void) {
     expect(kvt_check(good, sizeof good, NULL, NULL) == 0, "nor with its NUL");
     expect(kvt_check(bad, strlen(bad), look_at, &seen) == 1 && seen == 1, "a bad text has one");
     expect(kvt_finding_of_name(kvt_finding_name(KVT_FINDING_NUL)) == KVT_FINDING_NUL, "names");
+    expect(kvt_check_losses(bad, strlen(bad)) == 1, "a loss is counted");
+    expect(kvt_check_with(bad, strlen(bad), NULL, look_at, &seen) == 1 && seen == 2, "options");
+    expect(strchr(kvt_finding_remedy(KVT_FINDING_NUL), '.') != NULL, "remedies");
+    expect(strcmp(kvt_severity_name(kvt_finding_severity(KVT_FINDING_NUL)), "lost") == 0,
+           "severities");
     expect(strchr(kvt_finding_meaning(KVT_FINDING_NUL), '.') != NULL, "meanings");
     return failures == 0 ? 0 : 1;
 }

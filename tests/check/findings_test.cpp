@@ -20,12 +20,15 @@ struct Kept {
 std::vector<Kept> findings_in(const std::string &text) {
     std::vector<Kept> kept;
     const auto keep = [](const kvt_finding *finding, void *user) {
-        static_cast<std::vector<Kept> *>(user)->push_back(
-            {*finding, finding->nearest != nullptr ? finding->nearest : "(none)", finding->path});
+        if (!is_no_count(finding)) {
+            static_cast<std::vector<Kept> *>(user)->push_back(
+                {*finding, finding->nearest != nullptr ? finding->nearest : "(none)",
+                 finding->path});
+        }
         return 0;
     };
     const size_t count = kvt_check(text.data(), text.size(), keep, &kept);
-    EXPECT_EQ(count, kept.size());
+    EXPECT_GE(count, kept.size());
     return kept;
 }
 
@@ -35,8 +38,8 @@ TEST(Findings, TellTheirPlace) {
     const std::vector<Kept> all = findings_in(text);
     ASSERT_EQ(all.size(), 1U);
     const kvt_finding &finding = all[0].finding;
-    EXPECT_EQ(finding.kind, KVT_FINDING_AFTER_NUMBER);
-    EXPECT_STREQ(finding.name, "after-number");
+    EXPECT_EQ(finding.kind, KVT_FINDING_UNIT);
+    EXPECT_STREQ(finding.name, "unit");
     EXPECT_EQ(finding.line, 8U);
     EXPECT_EQ(finding.column, 8U);
     EXPECT_EQ(finding.offset, text.find("x \n"));
@@ -125,25 +128,24 @@ TEST(Findings, TakeTwoLettersForAShortKeyButNotOne) {
 }
 
 TEST(Findings, ShowWhatCannotBePrinted) {
-    EXPECT_EQ(
-        said_of(begin_job("    job_id: \x01\x7F\t\xFF\xC3\n")),
-        "'\\x01\\x7f\\t\\xff\\xc3' is no number, and 'job_id' wants one: the field stays as it "
-        "was\n");
+    EXPECT_EQ(said_of(begin_job("    job_id: \x01\x7F\t\xFF\xC3\n")),
+              "'\\x01\\x7f\\t\\xff\\xc3' is no number, and 'job_id' wants one: the field stays 0; "
+              "\\x01 is a control character\n");
     EXPECT_EQ(
         said_of(begin_job("    job_id: \xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80\xC2\x80\xE2\x82x\n")),
         "'\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80\\xc2\\x80\\xe2\\x82x' is no number, and 'job_id' "
-        "wants one: the field stays as it was\n");
-    EXPECT_EQ(
-        said_of(begin_job("    job_id: \xC2\xA7\xC2\x9F\n")),
-        "'\xC2\xA7\\xc2\\x9f' is no number, and 'job_id' wants one: the field stays as it was\n");
+        "wants one: the field stays 0; \\xc2\\x80 is a control character\n");
+    EXPECT_EQ(said_of(begin_job("    job_id: \xC2\xA7\xC2\x9F\n")),
+              "'\xC2\xA7\\xc2\\x9f' is no number, and 'job_id' wants one: the field stays 0; "
+              "\\xc2\\x9f is a control character\n");
     // A byte that begins no character is shown, also where the end is cut off.
     EXPECT_EQ(said_of(begin_job("    job_id: \xFF" + std::string(60, 'x') + "\n")),
               "'\\xff" + std::string(59, 'x') +
-                  "...' is no number, and 'job_id' wants one: the field stays as it was\n");
+                  "...' is no number, and 'job_id' wants one: the field stays 0\n");
     // A character of several bytes is shown whole or not at all.
     EXPECT_EQ(said_of(begin_job("    job_id: " + std::string(59, 'x') + "\xC3\xA9\n")),
               "'" + std::string(59, 'x') +
-                  "...' is no number, and 'job_id' wants one: the field stays as it was\n");
+                  "...' is no number, and 'job_id' wants one: the field stays 0\n");
 }
 
 TEST(Findings, HaveRoomForTheirMessage) {
@@ -283,13 +285,14 @@ TEST(Findings, ShowSixtyBytesAndNoPartOfACharacter) {
 }
 
 TEST(Findings, ShowTheFirstAndTheLastCharactersOfEveryLength) {
-    EXPECT_EQ(said_of(begin_job("    job_id: \xC2\xA0\xDF\xBF\xE0\xA0\x80\xEF\xBF\xBD\xF0\x90\x80"
-                                "\x80\xF4\x8F\xBF\xBF\n")),
-              "'\xC2\xA0\xDF\xBF\xE0\xA0\x80\xEF\xBF\xBD\xF0\x90\x80\x80\xF4\x8F\xBF\xBF' is no "
-              "number, and 'job_id' wants one: the field stays as it was\n");
+    EXPECT_EQ(
+        said_of(begin_job("    job_id: \xC2\xA0\xDF\xBF\xE0\xA0\x80\xEF\xBF\xBD\xF0\x90\x80"
+                          "\x80\xF4\x8F\xBF\xBF\n")),
+        "'\\xc2\\xa0\xDF\xBF\xE0\xA0\x80\xEF\xBF\xBD\xF0\x90\x80\x80\xF4\x8F\xBF\xBF' is no "
+        "number, and 'job_id' wants one: the field stays 0; \\xc2\\xa0 is a no-break space\n");
     EXPECT_EQ(said_of(begin_job("    job_id: \xC2\x9F\xC1\xBF\xC0\x80\xF5\x80\x80\x80\n")),
               "'\\xc2\\x9f\\xc1\\xbf\\xc0\\x80\\xf5\\x80\\x80\\x80' is no number, and 'job_id' "
-              "wants one: the field stays as it was\n");
+              "wants one: the field stays 0; \\xc2\\x9f is a control character\n");
 }
 
 } // namespace

@@ -14,9 +14,10 @@ TEST(CheckedLines, BeginWithAKeyOfTheirBlock) {
     EXPECT_EQ(found(begin_job("    x-y.z : 1\n")), "4:5 unknown-key 'x-y.z'\n");
     EXPECT_EQ(found(begin_job("    hello world\n    \"text\"\n    : 5\n")),
               "4:5 stray-line 'hello world'\n5:5 stray-line '\"text\"'\n6:5 stray-line ': 5'\n");
-    EXPECT_EQ(found(begin_job("    \rjob_id: 5\n")), "4:5 stray-line '\rjob_id: 5'\n");
+    EXPECT_EQ(found(begin_job("    \rjob_id: 5\n")), "4:5 invisible '\r'\n");
     EXPECT_EQ(said_of(begin_job("    \rjob_id: 5\n")),
-              "'\\rjob_id: 5' begins with no key: the reader skips this line\n");
+              "before 'job_id' stands what cannot be seen, '\\r': the reader skips this line; \\r "
+              "is a carriage return\n");
     EXPECT_EQ(said_of(begin_job("    xyz: 1\n")),
               "'begin_job' knows no key 'xyz': the reader skips this line\n");
     EXPECT_EQ(
@@ -51,8 +52,8 @@ TEST(CheckedLines, OfALongerKeyAreTakenForTheShorterOne) {
     EXPECT_EQ(found(begin_job("    job_idx {\n      a: 5\n    }\n    uid: 3\n")),
               "4:5 longer-key 'job_idx'\n");
     EXPECT_EQ(said_of(begin_job("    job_idd: 5\n")),
-              "the reader takes 'job_idd' for 'job_id', and finds no value: the field stays as it "
-              "was; did you mean 'job_id'?\n");
+              "the reader takes 'job_idd' for 'job_id', and finds no value: the field stays 0; did "
+              "you mean 'job_id'?\n");
     EXPECT_EQ(said_of(begin_job("    quotas {\n    }\n")),
               "the reader takes 'quotas' for 'quota'; did you mean 'quota'?\n");
 }
@@ -89,14 +90,14 @@ TEST(CheckedBlocks, HaveABraceOnTheirFirstLine) {
     EXPECT_EQ(found(begin_job("    quota\n    {\n      max_osts: 5\n    }\n    job_id: 3\n")),
               "4:5 no-brace 'quota'\n");
     EXPECT_EQ(found(begin_job("    quota\n      max_osts: 5\n    }\n    job_id: 3\n")),
-              "4:5 no-brace 'quota'\n");
+              "4:5 missing-brace 'quota'\n");
     EXPECT_EQ(found(begin_job("    quota: 5\n    job_id: 3\n")), "4:5 no-brace 'quota: 5'\n");
     EXPECT_EQ(found(begin_job("    quota of {\n      max_osts: 5\n    }\n    job_id: 3\n")),
               "4:5 no-brace 'quota of {'\n");
     EXPECT_EQ(found("msg {\n  type: END_JOB\n  end_job\n  {\n    job_id: 5\n  }\n}\n"),
               "3:3 no-brace 'end_job'\n");
     EXPECT_EQ(found("msg {\n  type: END_JOB\n  end_job\n    job_id: 5\n  }\n}\n"),
-              "3:3 no-brace 'end_job'\n");
+              "3:3 missing-brace 'end_job'\n");
     EXPECT_EQ(said_of(begin_job("    quota: 5\n")),
               "'quota' is a block: the reader takes the lines below for its own, up to the next "
               "closing brace\n");
@@ -142,11 +143,11 @@ TEST(CheckedBraces, StandAlone) {
 
 TEST(CheckedBraces, AfterTextsAreNotPartOfThem) {
     EXPECT_EQ(found(job_error("    error: 1\n    description: \"a\" }\n") + "}\n"),
-              "5:5 beside-brace 'description: \"a\"'\n7:1 outside '}'\n");
+              "5:5 beside-brace 'description: \"a\"'\n7:1 extra-brace '}'\n");
     EXPECT_EQ(found(job_error("    error: 1\n    description {\"a\"}\n")),
               "5:5 one-line-block 'description {\"a\"}'\n");
     EXPECT_EQ(found(job_error("    error: 1\n    x: \"}\"\n")),
-              "5:5 beside-brace 'x: \"'\n7:1 outside '}'\n");
+              "5:5 beside-brace 'x: \"'\n7:1 extra-brace '}'\n");
 }
 
 TEST(CheckedBlocks, AreClosed) {
@@ -158,14 +159,14 @@ TEST(CheckedBlocks, AreClosed) {
     EXPECT_EQ(found("msg {\n  type: END_JOB\n  end_job {\n    x {\n"),
               "4:5 unknown-block 'x {'\n5:1 not-closed ''\n");
     EXPECT_EQ(found("msg {\n  type: END_JOB\n"), "3:1 not-closed ''\n");
-    EXPECT_EQ(found("msg {\n"), "2:1 not-closed ''\n");
-    EXPECT_EQ(found("msg"), "1:1 envelope 'msg'\n1:4 not-closed ''\n");
+    EXPECT_EQ(found("msg {\n"), "2:1 no-type ''\n");
+    EXPECT_EQ(found("msg"), "1:1 missing-brace 'msg'\n1:4 no-type ''\n");
     EXPECT_EQ(
         said_of("msg {\n  type: END_JOB\n  end_job {\n    job_id: 5\n  }"),
         "the reader sees a brace only in a line that ends with a newline: the block 'end_job' is "
         "not closed\n");
     EXPECT_EQ(said_of("msg {\n  type: END_JOB\n  end_job {\n"),
-              "the text ends here, but the block 'end_job' is not closed\n");
+              "the text ends here, but the block 'end_job' of line 3 is not closed\n");
 }
 
 TEST(CheckedBlocks, AreClosedBeforeTheNextMessage) {
@@ -183,8 +184,8 @@ TEST(CheckedBlocks, AreClosedBeforeTheNextMessage) {
     EXPECT_EQ(found("msg {\n" + next), "2:1 no-type 'msg {'\n5:13 not-a-number 'x'\n");
     EXPECT_EQ(
         said_of("msg {\n  type: END_JOB\n  end_job {\n" + message_of("END_JOB", "end_job", "")),
-        "a message begins here, but the block 'end_job' is not closed: the reader takes the "
-        "message for an unknown block, and skips it\n");
+        "a message begins here, but the block 'end_job' of line 3 is not closed: the reader takes "
+        "the message, and those below, for unknown blocks, and skips them\n");
     // A key of a newer version that begins like a message does not.
     EXPECT_EQ(found(begin_job("    msg_count: 5\n    msg: 5\n    msgs {\n    }\n")),
               "4:5 unknown-key 'msg_count'\n5:5 unknown-key 'msg'\n6:5 unknown-block 'msgs {'\n");
@@ -198,25 +199,23 @@ TEST(CheckedLines, MayBeCutAfterTheirKeyByTheEndOfTheText) {
 
 TEST(CheckedBlocks, AreNotOnALineWhoseBracesCloseBeforeTheyOpen) {
     EXPECT_EQ(found(begin_job("    job_id: 1\n    x } {\n")),
-              "5:5 beside-brace 'x'\n7:1 outside '}'\n");
+              "5:5 beside-brace 'x'\n7:1 extra-brace '}'\n");
     EXPECT_EQ(found(begin_job("    job_id: 1\n    quota { } x\n    uid: 3\n")),
               "5:5 one-line-block 'quota { } x'\n");
 }
 
 TEST(CheckedBlocks, OnOneLineAreExplained) {
-    EXPECT_EQ(
-        said_of(begin_job("    job_id: 1\n    quota { }\n")),
-        "the reader knows blocks only over several lines: it takes the closing brace for that "
-        "of the block around, or none, and misreads what follows\n");
+    EXPECT_EQ(said_of(begin_job("    job_id: 1\n    quota { }\n")),
+              "the reader knows blocks only over several lines: it takes the closing brace for "
+              "that of 'begin_job'\n");
 }
 
 TEST(CheckedBlocks, WithoutABraceAreExplained) {
     EXPECT_EQ(said_of(begin_job("    quota\n    }\n")),
-              "no brace follows 'quota' on its line: the reader opens the block all the same, and "
-              "takes a brace below for another one\n");
+              "no brace follows 'quota' on its line: the reader opens the block all the same\n");
     EXPECT_EQ(said_of("msg {\n  type: END_JOB\n  end_job\n  {\n  }\n}\n"),
-              "no brace follows 'end_job' on its line: the reader takes a brace below for another "
-              "block\n");
+              "no brace follows 'end_job' on its line: the reader opens the block all the same, "
+              "and skips what the brace below opens\n");
     EXPECT_EQ(found("msg {\n  type: END_JOB\n  end_job of {\n    job_id: 5\n  }\n}\n"),
               "3:3 no-brace 'end_job of {'\n");
     // The brace is there, but not where it belongs: one below is another.
@@ -226,9 +225,9 @@ TEST(CheckedBlocks, WithoutABraceAreExplained) {
 
 TEST(CheckedBraces, InQuotesStandAfterAKeyAndBetweenTheFirstTwo) {
     EXPECT_EQ(found(job_error("    error: 1\n    description: } \"a\"\n")),
-              "5:5 beside-brace 'description:'\n7:1 outside '}'\n");
+              "5:5 beside-brace 'description:'\n7:1 extra-brace '}'\n");
     EXPECT_EQ(found(begin_job("    job_id: 1\n    quota \"}\"\n")),
-              "5:5 beside-brace 'quota \"'\n7:1 outside '}'\n");
+              "5:5 beside-brace 'quota \"'\n7:1 extra-brace '}'\n");
 }
 
 TEST(CheckedBraces, BesideWhichSomethingStandsAreExplained) {
@@ -243,15 +242,14 @@ TEST(CheckedBraces, BesideWhichSomethingStandsAreExplained) {
 TEST(CheckedBlocks, ThatAreNotClosedAreExplained) {
     const std::string next = message_of("END_JOB", "end_job", "");
     EXPECT_EQ(said_of("msg {\n  type: END_JOB\n"),
-              "the text ends here, but its last message is not closed\n");
+              "the text ends here, but the message of line 1 is not closed\n");
     EXPECT_EQ(said_of("msg {\n  type: END_JOB\n  end_job {\n  }\n" + next),
-              "a message begins here, but the one above is not closed: the reader takes this line "
-              "for its closing brace\n");
-    EXPECT_EQ(
-        said_of("msg {\n  type: END_JOB\n  end_job {\n    x {\n" + next),
-        "'end_job' knows no block 'x': the reader skips all of it\n"
-        "a message begins here, but a block above is not closed: the reader skips the message "
-        "with the block\n");
+              "a message begins here, but that of line 1 is not closed: the reader takes this line "
+              "for its closing brace, and reads neither this message nor those below\n");
+    EXPECT_EQ(said_of("msg {\n  type: END_JOB\n  end_job {\n    x {\n" + next),
+              "'end_job' knows no block 'x': the reader skips all of it\na message begins here, "
+              "but a block above is not closed: the reader skips the message, and those below, "
+              "with the block\n");
 }
 
 TEST(CheckedLines, OfTheWordOfAMessageAloneOpenNone) {

@@ -16,15 +16,15 @@ TEST(CheckedTextFrames, BeginWithAMessage) {
     EXPECT_EQ(found(""), "1:1 no-message ''\n");
     EXPECT_EQ(found("\n \n"), "1:1 no-message ''\n");
     EXPECT_EQ(found("hello\nworld\n"), "1:1 no-message 'hello'\n");
-    EXPECT_EQ(found("hello\n" + broken), "1:1 outside 'hello'\n5:13 not-a-number 'x'\n");
-    EXPECT_EQ(found("\n" + end_job), "1:1 outside ''\n");
-    EXPECT_EQ(found(" " + end_job), "1:2 outside 'msg {'\n");
-    EXPECT_EQ(found("\xEF\xBB\xBF" + end_job), "1:1 no-message '\xEF\xBB\xBFmsg {'\n");
+    EXPECT_EQ(found("hello\n" + broken), "1:1 before-message 'hello'\n5:13 not-a-number 'x'\n");
+    EXPECT_EQ(found("\n" + end_job), "1:1 before-message ''\n");
+    EXPECT_EQ(found(" " + end_job), "1:2 before-message 'msg {'\n");
+    EXPECT_EQ(found("\xEF\xBB\xBF" + end_job), "1:1 byte-order-mark '\xEF\xBB\xBF'\n");
     EXPECT_EQ(said_of("\n" + end_job),
               "blanks stand before the first message: a text must begin with "
               "'msg', or the reader refuses it\n");
-    EXPECT_EQ(said_of("hello\n" + end_job),
-              "a text must begin with 'msg', or the reader refuses it\n");
+    EXPECT_EQ(said_of("hello\n" + end_job), "'hello' stands before the first message: a text must "
+                                            "begin with 'msg', or the reader refuses it\n");
     EXPECT_EQ(said_of(""), "no line 'msg {' begins a message here\n");
 }
 
@@ -32,12 +32,12 @@ TEST(CheckedTextFrames, HoldNothingButMessages) {
     EXPECT_EQ(found(end_job + "\n\n \t\n  " + end_job + end_job + "\n\n"), "");
     EXPECT_EQ(found(end_job + "\nhello\nworld\n" + broken),
               "8:1 outside 'hello'\n13:13 not-a-number 'x'\n");
-    EXPECT_EQ(found(end_job + "}\n" + end_job), "7:1 outside '}'\n");
+    EXPECT_EQ(found(end_job + "}\n" + end_job), "7:1 extra-brace '}'\n");
     EXPECT_EQ(found(end_job + "# end"), "7:1 outside '# end'\n");
     // A later message begins at its whole line, whatever blanks stand in it.
     EXPECT_EQ(found(end_job + "}\nmsg\t{\n  type: END_JOB\n  end_job {\n    job_id: x\n  }\n}\n"),
-              "7:1 outside '}'\n11:13 not-a-number 'x'\n");
-    EXPECT_EQ(found(end_job + "}\nmsg \t"), "7:1 outside '}'\n");
+              "7:1 extra-brace '}'\n11:13 not-a-number 'x'\n");
+    EXPECT_EQ(found(end_job + "}\nmsg \t"), "7:1 extra-brace '}'\n");
     EXPECT_EQ(found("msg {\n  type: END_JOB\n  end_job {\n  }\n  end_job {\n  }\n}\n" + broken),
               "5:3 outside 'end_job {'\n11:13 not-a-number 'x'\n");
     EXPECT_EQ(said_of(end_job + "hello\n"),
@@ -73,7 +73,7 @@ TEST(CheckedTextFrames, TellOfCarriageReturnsOnce) {
 }
 
 TEST(CheckedMessages, BeginWithTheirLine) {
-    EXPECT_EQ(found("msg\n  type: END_JOB\n  end_job {\n  }\n}\n"), "1:1 envelope 'msg'\n");
+    EXPECT_EQ(found("msg\n  type: END_JOB\n  end_job {\n  }\n}\n"), "1:1 missing-brace 'msg'\n");
     EXPECT_EQ(found("msgs {\n  type: END_JOB\n  end_job {\n  }\n}\n"), "1:1 envelope 'msgs {'\n");
     EXPECT_EQ(found("msg 5 {\n  type: END_JOB\n  end_job {\n  }\n}\n"), "1:1 envelope 'msg 5 {'\n");
     EXPECT_EQ(found("msg { type: END_JOB\n  end_job {\n  }\n}\n"),
@@ -88,7 +88,8 @@ TEST(CheckedMessages, SayTheirKind) {
               "2:3 no-type 'end_job {'\n8:13 not-a-number 'x'\n");
     EXPECT_EQ(found("msg {\n  type : END_JOB\n  end_job {\n  }\n}\n"),
               "2:3 no-type 'type : END_JOB'\n");
-    EXPECT_EQ(found("msg {\n  type:\n  END_JOB\n  end_job {\n  }\n}\n"), "2:3 no-type 'type:'\n");
+    EXPECT_EQ(found("msg {\n  type:\n  END_JOB\n  end_job {\n  }\n}\n"),
+              "2:3 type-below 'type:'\n");
     EXPECT_EQ(found("msg {\n  type: END_JOC\n  end_job {\n  }\n}\n" + broken),
               "2:9 unknown-kind 'END_JOC'\n9:13 not-a-number 'x'\n");
     EXPECT_EQ(found("msg {\n  type: NONE\n}\n"), "2:9 no-record 'NONE'\n");
@@ -129,11 +130,15 @@ TEST(CheckedMessages, HaveTheBlockOfTheirKind) {
 TEST(CheckedMessages, ThatBeginInAnotherWayAreExplained) {
     EXPECT_EQ(said_of("msg\n  type: END_JOB\n  end_job {\n  }\n}\n"),
               "a message begins with the line 'msg {': the reader looks at the first three letters "
+              "only\n");
+    EXPECT_EQ(said_of("msgs {\n  type: END_JOB\n  end_job {\n  }\n}\n"),
+              "a message begins with the line 'msg {': the reader looks at the first three letters "
               "only, and skips the rest of this line\n");
     EXPECT_EQ(said_of("msg {\n}\n"),
               "the line after 'msg {' must say the kind, such as 'type: END_JOB': the reader "
               "refuses the text\n");
-    EXPECT_EQ(said_of("msg {\n  type:\n}\n"), "no kind stands after 'type:' on its line\n");
+    EXPECT_EQ(said_of("msg {\n  type:\n}\n"),
+              "no kind stands after 'type:' on its line: the reader refuses the text\n");
 }
 
 TEST(CheckedMessages, AreOfAKindThatHasARecord) {
@@ -152,7 +157,7 @@ TEST(CheckedMessages, HaveAKindThatEndsAtAnyBlank) {
 TEST(CheckedTextFrames, EndLinesWithCarriageReturnsOnlyBeforeANewline) {
     EXPECT_EQ(found(end_job.substr(0, end_job.size() - 1) + "\r"), "");
     // A line before the first message is one finding.
-    EXPECT_EQ(found("x\r\n" + end_job), "1:1 outside 'x'\n");
+    EXPECT_EQ(found("x\r\n" + end_job), "1:1 before-message 'x'\n");
 }
 
 TEST(CheckedTextFrames, WithCarriageReturnsAreExplained) {

@@ -93,7 +93,7 @@ TEST(CheckedTexts, ThatRandomChangesLeftWithoutFindingsAreReadWithoutALoss) {
             }
             text.resize(std::min(text.size(), text.find('\0')));
             ++all;
-            if (count_findings(text) == 0) {
+            if (count_losses(text) == 0) {
                 ++clean;
                 ASSERT_EQ(broken_promise(text), "") << text;
             }
@@ -108,7 +108,7 @@ TEST(CheckedTexts, CutAnywhereHaveFindingsOrAreReadWithoutALoss) {
         const std::string text = rich_text(*kind, 2);
         for (size_t length = 0; length < text.size(); ++length) {
             const std::string cut = text.substr(0, length);
-            if (count_findings(cut) == 0) {
+            if (count_losses(cut) == 0) {
                 ASSERT_EQ(length, text.size() - 1) << cut;
                 ASSERT_EQ(broken_promise(cut), "") << cut;
             }

@@ -15,9 +15,9 @@ TEST(CheckedNumbers, StandAfterAColonThatFollowsTheKeyAtOnce) {
     EXPECT_EQ(found(begin_job("    job_id=5\n")), "4:5 no-colon 'job_id'\n");
     EXPECT_EQ(said_of(begin_job("    job_id : 5\n")),
               "a blank stands between 'job_id' and its colon: the reader finds no value: the field "
-              "stays as it was\n");
+              "stays 0\n");
     EXPECT_EQ(said_of(begin_job("    job_id 5\n")),
-              "no colon follows 'job_id': the reader finds no value: the field stays as it was\n");
+              "no colon follows 'job_id': the reader finds no value: the field stays 0\n");
     EXPECT_EQ(found(begin_job("job_id:5\n\t uid:\t 7 \n")), "");
 }
 
@@ -27,10 +27,10 @@ TEST(CheckedNumbers, StandOnTheLineOfTheirKey) {
     EXPECT_EQ(found(begin_job("    job_id:\n      5\n")),
               "4:5 no-value 'job_id:'\n5:7 stray-line '5'\n");
     EXPECT_EQ(said_of(begin_job("    job_id:\n    uid: 1\n")),
-              "no value stands after 'job_id': the field stays as it was\n");
+              "no value stands after 'job_id': the field stays 0\n");
     EXPECT_EQ(said_of(begin_job("    job_id:\n  -5\n")),
-              "no value stands after 'job_id': the reader takes the number on a line below\n"
-              "'-5' begins with no key: the reader skips this line\n");
+              "no value stands after 'job_id': the reader takes the number of line 5, '-5'\n'-5' "
+              "begins with no key: the reader skips this line\n");
     EXPECT_EQ(found("msg {\n  type: END_JOB\n  end_job {\n    job_id: -"),
               "4:13 not-a-number '-'\n4:14 not-closed ''\n");
     EXPECT_EQ(found("msg {\n  type: END_JOB\n  end_job {\n    job_id:"),
@@ -45,7 +45,7 @@ TEST(CheckedNumbers, AreNumbers) {
     EXPECT_EQ(found(begin_job("    job_id: - 5\n")), "4:13 not-a-number '- 5'\n");
     EXPECT_EQ(found(begin_job("    job_id: +\n")), "4:13 not-a-number '+'\n");
     EXPECT_EQ(said_of(begin_job("    job_id: five\n")),
-              "'five' is no number, and 'job_id' wants one: the field stays as it was\n");
+              "'five' is no number, and 'job_id' wants one: the field stays 0\n");
     EXPECT_EQ(said_of(begin_job("    port_guids: x\n")),
               "'x' is no number, and 'port_guids' wants one: there is no element for it\n");
     EXPECT_EQ(
@@ -54,17 +54,17 @@ TEST(CheckedNumbers, AreNumbers) {
     EXPECT_EQ(said_of(message_of("RESOURCE_DATA", "resource_message",
                                  "    operation: 1\n    feature_bitmask: x\n")),
               "'x' is no number, and 'feature_bitmask' wants one: the field takes the value of a "
-              "line before\n");
+              "line before, 1\n");
 }
 
 TEST(CheckedNumbers, HaveNothingAfterThem) {
-    EXPECT_EQ(found(begin_job("    job_id: 0x10\n")), "4:14 after-number 'x10'\n");
-    EXPECT_EQ(found(begin_job("    job_id: 5.5\n")), "4:14 after-number '.5'\n");
+    EXPECT_EQ(found(begin_job("    job_id: 0x10\n")), "4:13 hexadecimal '0x10'\n");
+    EXPECT_EQ(found(begin_job("    job_id: 5.5\n")), "4:13 fraction '5.5'\n");
     EXPECT_EQ(found(begin_job("    job_id: 5, uid: 3 \n")), "4:14 after-number ', uid: 3'\n");
-    EXPECT_EQ(found(begin_job("    job_id: 5 # five\n")), "4:15 after-number '# five'\n");
+    EXPECT_EQ(found(begin_job("    job_id: 5 # five\n")), "4:15 comment '# five'\n");
     EXPECT_EQ(found(begin_job("    port_guids: 5 6\n")), "4:19 after-number '6'\n");
     EXPECT_EQ(said_of(begin_job("    job_id: 0x10\n")),
-              "the reader takes '0' and skips what stands after it, 'x10'\n");
+              "the reader takes the 0 of '0x10' alone; in decimal it is 16\n");
     EXPECT_EQ(found(begin_job("    job_id: 5 \t\v\f\n")), "");
 }
 
@@ -140,7 +140,7 @@ TEST(CheckedFloats, AreNumbersWithNothingAfterThem) {
     EXPECT_EQ(found(share(" -")), "4:23 not-a-number '-'\n");
     EXPECT_EQ(found(share(" infi")), "4:23 not-a-number 'infi'\n");
     EXPECT_EQ(found(share(" 0xg")), "4:23 not-a-number '0xg'\n");
-    EXPECT_EQ(found(share(" 12.5%")), "4:27 after-number '%'\n");
+    EXPECT_EQ(found(share(" 12.5%")), "4:27 unit '%'\n");
     EXPECT_EQ(found(share(" 12,5")), "4:25 after-number ',5'\n");
     EXPECT_EQ(found(share(" 1.2.3")), "4:26 after-number '.3'\n");
     EXPECT_EQ(found(share(" 1e")), "4:24 after-number 'e'\n");
@@ -197,9 +197,9 @@ TEST(CheckedTextValues, HaveABlankAndNothingElseBeforeTheirQuote) {
     EXPECT_EQ(found(job_error("    description:\"down\"\n")), "4:16 before-text ':\"'\n");
     EXPECT_EQ(found(job_error("    description: very \"down\"\n")), "4:18 before-text 'very'\n");
     EXPECT_EQ(found(job_error("    description:\t  \"down\"\n")), "");
-    EXPECT_EQ(
-        said_of(job_error("    description:\"down\"\n")),
-        "a blank belongs between the colon and the quote: the reader does not read the text\n");
+    EXPECT_EQ(said_of(job_error("    description:\"down\"\n")),
+              "a blank belongs between the colon and the quote: the reader does not read the text: "
+              "the text becomes empty\n");
 }
 
 TEST(CheckedTextValues, EndAtTheirSecondQuote) {
@@ -244,16 +244,17 @@ TEST(CheckedTextValues, HoldNoBraces) {
     EXPECT_EQ(found(job_error("    error: 5\n    description: \"a } b\"\n    type: 7\n")),
               "5:19 brace-in-text 'a } b'\n");
     EXPECT_EQ(found(job_error("    error: 5\n    description: \"a { b\"\n    type: 7\n")),
-              "5:19 brace-in-text 'a { b'\n");
+              "5:19 open-brace-in-text 'a { b'\n");
     EXPECT_EQ(found(job_error("    description: \"{}\"\n")), "4:19 brace-in-text '{}'\n");
     EXPECT_EQ(said_of(job_error("    description: \"{}\"\n")),
-              "a brace opens or closes a block for the reader, also within quotes\n");
+              "the reader takes the text here, but where it is written below another line the "
+              "brace closes 'job_error'\n");
 }
 
 TEST(CheckedNumbers, BelowTheirLineAreOfNumbersOnly) {
     EXPECT_EQ(said_of(begin_job("    job_id:\n+5\n")),
-              "no value stands after 'job_id': the reader takes the number on a line below\n"
-              "'+5' begins with no key: the reader skips this line\n");
+              "no value stands after 'job_id': the reader takes the number of line 5, '+5'\n'+5' "
+              "begins with no key: the reader skips this line\n");
     EXPECT_EQ(said_of(job_error("    description:\n5\n")),
               "no value stands after 'description': the text becomes empty\n"
               "'5' begins with no key: the reader skips this line\n");
@@ -313,11 +314,10 @@ TEST(CheckedTextValues, ThatAreNotReadAreExplained) {
     EXPECT_EQ(said_of(job_error("    description: very \"down\"\n")),
               "the reader skips what stands before the quote, 'very'\n");
     EXPECT_EQ(said_of(job_error("    description: very\n")),
-              "'very' stands without quotes: the reader looks for a quoted text on the lines "
-              "below\n");
+              "'very' stands without quotes: the text becomes empty\n");
     EXPECT_EQ(said_of(job_error("    description: \"very\n")),
-              "no second quote closes this text on its line: the reader takes what follows, up to "
-              "a quote on a line below\n");
+              "no second quote closes this text on its line: the reader goes on below, and takes "
+              "'very\\n  }\\n}\\n'\n");
     EXPECT_EQ(said_of(job_error("    description: \"very\" down\n")),
               "a text ends at its second quote: the reader skips what stands after it, 'down'\n");
 }

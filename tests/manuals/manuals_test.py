@@ -91,9 +91,10 @@ same("pages of commands", set(commands), pages_of_commands)
 
 findings = set(re.findall(r"^([a-z-]+) ", output("check", "--list"), re.MULTILINE))
 same("findings in kvt-check.1", findings, terms_of(page_text("kvt-check.1"), "FINDINGS"))
-for name, meaning in re.findall(r"^([a-z-]+) +(.*)$", output("check", "--list"), re.MULTILINE):
-    expect(f"**{name}**\n:   {meaning}\n" in page_text("kvt-check.1"),
-           f"kvt-check.1 says of {name}: {meaning}")
+for name, severity, meaning in re.findall(r"^([a-z-]+) +(\w+) +(.*)$", output("check", "--list"),
+                                          re.MULTILINE):
+    expect(f"**{name}**\n:   *{severity}*: {meaning}\n" in page_text("kvt-check.1"),
+           f"kvt-check.1 says of {name}: *{severity}*: {meaning}")
 
 # --- The libraries ---------------------------------------------------------------------------------
 

@@ -77,15 +77,23 @@ std::string plain_line(const Rows &rows, const std::string &line) {
     const size_t end = text.find_first_of(": \t{");
     const std::string key = text.substr(0, end);
     const std::string rest = end != std::string::npos ? trim(text.substr(end)) : "";
-    if (rest.empty() || rest[0] == '{') {
-        return rest.empty() ? text : key + " " + rest;
+    if (text.empty() || text[0] == '}') {
+        return text.substr(0, 1);
+    }
+    // With or without braces that nobody needs.
+    if (rest.find_first_not_of("{ \t") == std::string::npos) {
+        return key + " {";
     }
     const auto found = rows.find(key);
     const Row *row = found != rows.end() ? found->second : nullptr;
-    const std::string value = trim(rest.substr(1));
+    std::string value = trim(rest.substr(1));
+    while (!value.empty() && value.back() == '{') {
+        value = trim(value.substr(0, value.size() - 1));
+    }
     const std::string plain = value.empty() ? value : plain_value(row, value);
-    if (plain == "0" || (row != nullptr && row->kind == RowKind::bytes &&
-                         plain == std::to_string(row->terminator))) {
+    if (plain == "0" || plain == "\"\"" ||
+        (row != nullptr && row->kind == RowKind::bytes &&
+         plain == std::to_string(row->terminator))) {
         return {};
     }
     return key + ": " + plain;
@@ -120,12 +128,19 @@ std::string lost_line(const MessageKind &kind, const std::string &text,
     collect_rows(*kind.record, rows);
     const std::vector<std::string> lines = plain_lines(rows, written);
     std::multiset<std::string> there(lines.begin(), lines.end());
+    std::set<std::string> values; // that were there, which may be said again
     for (const std::string &line : plain_lines(rows, text)) {
+        const auto row = rows.find(line.substr(0, line.find(':')));
+        const bool is_value = row != rows.end() && row->second->kind < RowKind::joined_text;
         const auto found = there.find(line);
-        if (found == there.end()) {
+        if (found != there.end()) {
+            there.erase(found);
+            if (is_value) {
+                values.insert(line);
+            }
+        } else if (!is_value || values.count(line) == 0) {
             return line;
         }
-        there.erase(found);
     }
     return {};
 }
@@ -166,13 +181,19 @@ std::string broken_by_message(const std::string &text, const MessageKind &kind,
     if (!lost.empty()) {
         return "this line is lost: " + lost;
     }
-    return count_findings(written) == 0 ? "" : "what is written has findings: " + written;
+    const size_t worst =
+        count_findings(text) == 0 ? count_findings(written) : count_losses(written);
+    return worst == 0 ? "" : "what is written has findings: " + written;
 }
 
 } // namespace
 
 size_t count_findings(const std::string &text) {
     return kvt_check(exact_copy_without_nul(text).get(), text.size(), nullptr, nullptr);
+}
+
+size_t count_losses(const std::string &text) {
+    return kvt_check_losses(exact_copy_without_nul(text).get(), text.size());
 }
 
 std::string broken_promise(const std::string &text) {

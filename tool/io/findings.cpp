@@ -18,8 +18,24 @@ constexpr size_t before_place = 60;
 /// take far more memory than the message.
 constexpr size_t most_findings = 100000;
 
+/// Characters of a key that are told in a summary, at most.
+constexpr size_t longest_key = 40;
+
+/// What a message begins with that follows one.
+constexpr char next_message[] = "msg {\n";
+
 bool continues_character(char byte) {
     return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
+}
+
+/// The word that a line begins with, as a key is written.
+std::string_view first_word(std::string_view line) {
+    const size_t begin = std::min(line.find_first_not_of(" \t"), line.size());
+    const std::string_view rest = line.substr(begin);
+    return rest.substr(0, std::min(rest.find_first_not_of("abcdefghijklmnopqrstuvwxyz"
+                                                          "ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789"
+                                                          "_-."),
+                                   longest_key));
 }
 
 /// A part of a line as a terminal can show it: a dot for what it could take for a command.
@@ -57,23 +73,28 @@ constexpr Colours terminal_colours = {"\033[1m", "\033[1;31m", "\033[1;32m", "\0
 struct Check {
     const Unit &unit;
     const char *text; ///< the unit's without the blanks before it, or a copy of that
-    size_t length;    ///< of the unit's part of it
-    size_t offset;    ///< of it in the input
+    uint64_t offset;  ///< of the text, in the input
     uint64_t first_line;
     const FindingKinds &wanted;
     FindingForm form;
     std::vector<Finding> &findings;
+    size_t end = 0;       ///< of the text that is the unit's own
+    bool is_open = false; ///< the text ends before its message is closed
     size_t count = 0;
-    bool is_open = false; ///< something is not closed
+    kvt_severity worst_of_rest = KVT_SEVERITY_STYLE;
 
     static int add(const kvt_finding *finding, void *user) {
         auto &check = *static_cast<Check *>(user);
-        if (finding->offset > check.length) {
-            return 1; // belongs to the next unit
+        check.is_open |= finding->kind == KVT_FINDING_NOT_CLOSED && finding->offset == check.end;
+        if (!check.wanted[finding->kind] || finding->offset > check.end) {
+            return 0;
         }
-        check.is_open = check.is_open || finding->kind == KVT_FINDING_NOT_CLOSED;
-        if (check.wanted[finding->kind] && ++check.count <= most_findings) {
-            check.findings.push_back({finding->kind, check.text_of(*finding)});
+        const kvt_severity severity = kvt_finding_severity(finding->kind);
+        if (++check.count <= most_findings) {
+            check.findings.push_back({finding->kind, check.text_of(*finding), finding->line,
+                                      std::string(first_word(check.line_at(*finding))), severity});
+        } else {
+            check.worst_of_rest = std::max(check.worst_of_rest, severity);
         }
         return 0;
     }
@@ -98,10 +119,11 @@ struct Check {
                 ? object.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace) +
                       "\n"
                 : unit.input + ":" + std::to_string(first_line) + ": " + words + "\n",
+            first_line,
+            "",
+            worst_of_rest,
             hidden};
     }
-
-    uint64_t line_of(const kvt_finding &finding) const { return first_line + finding.line - 1; }
 
     std::string_view line_at(const kvt_finding &finding) const {
         return {text + finding.line_offset, finding.line_length};
@@ -109,10 +131,10 @@ struct Check {
 
     std::string as_words(const kvt_finding &finding) const {
         const Colours &colours = form == FindingForm::coloured ? terminal_colours : no_colours;
-        std::string words = colours.place + unit.input + ":" + std::to_string(line_of(finding)) +
-                            ":" + std::to_string(finding.column) + ": " + colours.off +
-                            colours.name + finding.name + colours.off + ": " + finding.message +
-                            "\n";
+        std::string words = colours.place + unit.input + ":" + std::to_string(finding.line) + ":" +
+                            std::to_string(finding.column) + ": " + colours.off + colours.name +
+                            finding.name + colours.off + ": " + finding.message + " [" +
+                            kvt_severity_name(kvt_finding_severity(finding.kind)) + "]\n";
         return form == FindingForm::line ? words : words + marked_line(finding, colours);
     }
 
@@ -127,7 +149,7 @@ struct Check {
         const std::string_view before = line.substr(from, place - from);
         const std::string_view marked =
             line.substr(place, std::min(finding.length, from + shown.size() - place));
-        const std::string number = std::to_string(line_of(finding));
+        const std::string number = std::to_string(finding.line);
         const std::string margin = "  " + std::string(number.size(), ' ') + " | ";
         std::string underline = underneath(marked, '~');
         underline = "^" + (underline.empty() ? "" : underline.substr(1));
@@ -140,10 +162,15 @@ struct Check {
 
     std::string as_json(const kvt_finding &finding) const {
         nlohmann::ordered_json object = {
-            {"file", unit.input},         {"line", line_of(finding)},
-            {"column", finding.column},   {"offset", offset + finding.offset},
-            {"length", finding.length},   {"name", finding.name},
-            {"message", finding.message}, {"path", finding.path},
+            {"file", unit.input},
+            {"line", finding.line},
+            {"column", finding.column},
+            {"offset", offset + finding.offset},
+            {"length", finding.length},
+            {"name", finding.name},
+            {"severity", kvt_severity_name(kvt_finding_severity(finding.kind))},
+            {"message", finding.message},
+            {"path", finding.path},
             {"text", line_at(finding)},
         };
         if (finding.nearest != nullptr) {
@@ -155,63 +182,56 @@ struct Check {
 
 } // namespace
 
-size_t check_unit(const Unit &unit, const FindingKinds &wanted, FindingForm form,
-                  std::vector<Finding> &findings) {
-    const char *text = kvt_str::skip_blanks(unit.text);
-    const auto before = static_cast<size_t>(text - unit.text);
-    if (before == unit.length) {
-        return 0;
-    }
-    const auto lines_before = static_cast<uint64_t>(std::count(unit.text, text, '\n'));
-    const size_t found_before = findings.size();
-    Check check{unit,
-                text,
-                unit.length - before,
-                unit.offset + before,
-                unit.first_line + lines_before,
-                wanted,
-                form,
-                findings};
-    kvt_check(text, check.length, Check::add, &check);
-    if (check.is_open && unit.is_before_message) {
-        // The text does not end here: the reader goes on in the next message.
-        const std::string with_next = std::string(text, check.length) + "msg {\n";
-        findings.resize(found_before);
-        check.text = with_next.data();
-        check.count = 0;
-        kvt_check(with_next.data(), with_next.size(), Check::add, &check);
-    }
-    if (check.count > most_findings) {
-        findings.push_back(check.rest());
-    }
-    return check.count;
-}
-
 FindingKinds unread_findings() {
     FindingKinds kinds;
     for (const kvt_finding_kind kind :
-         {KVT_FINDING_NO_MESSAGE, KVT_FINDING_OUTSIDE, KVT_FINDING_NUL, KVT_FINDING_NO_TYPE,
-          KVT_FINDING_UNKNOWN_KIND, KVT_FINDING_NO_RECORD, KVT_FINDING_NOT_CLOSED}) {
+         {KVT_FINDING_NO_MESSAGE, KVT_FINDING_BYTE_ORDER_MARK, KVT_FINDING_BEFORE_MESSAGE,
+          KVT_FINDING_OUTSIDE, KVT_FINDING_NUL, KVT_FINDING_NO_TYPE, KVT_FINDING_UNKNOWN_KIND,
+          KVT_FINDING_NO_RECORD, KVT_FINDING_NOT_CLOSED, KVT_FINDING_EXTRA_BRACE}) {
         kinds.set(kind);
     }
     return kinds;
 }
 
-std::string FindingsOfInput::keep(const std::vector<Finding> &findings) {
-    const FindingKinds unread = unread_findings();
-    std::string kept;
-    for (const Finding &finding : findings) {
-        if (finding.kind == KVT_FINDING_CARRIAGE_RETURN) {
-            if (has_carriage_return_) {
-                continue;
-            }
-            has_carriage_return_ = true;
-        }
-        leaves_out_ = leaves_out_ || (finding.kind != KVT_FINDING_KINDS && unread[finding.kind]);
-        count_ += finding.count;
-        kept += finding.text;
+FindingKinds findings_from(kvt_severity least) {
+    FindingKinds kinds;
+    for (int number = 0; number < KVT_FINDING_KINDS; ++number) {
+        kinds[static_cast<size_t>(number)] =
+            kvt_finding_severity(static_cast<kvt_finding_kind>(number)) >= least;
     }
-    return kept;
+    return kinds;
+}
+
+size_t check_unit(const Unit &unit, const FindingKinds &wanted, FindingForm form,
+                  std::vector<Finding> &findings, const FindingScope &scope) {
+    // Blanks may stand before a message, but for the first one of a text.
+    const bool is_beginning = scope.from_beginning && unit.offset == 0;
+    const char *text = is_beginning ? unit.text : kvt_str::skip_blanks(unit.text);
+    const auto before = static_cast<size_t>(text - unit.text);
+    if (before == unit.length && !is_beginning) {
+        return 0;
+    }
+    const auto lines_before = static_cast<uint64_t>(std::count(unit.text, text, '\n'));
+    Check check{unit, text,    unit.offset + before, unit.first_line + lines_before, wanted,
+                form, findings};
+    const std::string_view checked(text, unit.length - before);
+    const kvt_check_options options = {KVT_SEVERITY_STYLE, scope.consequences ? 1 : 0,
+                                       check.first_line};
+    check.end = checked.size();
+    const size_t kept = findings.size();
+    kvt_check_with(checked.data(), checked.size(), &options, Check::add, &check);
+    if (check.is_open && unit.is_before_message) {
+        // The check sees that a message follows, and tells what becomes of those below.
+        const std::string with_next = std::string(checked) + next_message;
+        findings.erase(findings.begin() + static_cast<std::ptrdiff_t>(kept), findings.end());
+        check.text = with_next.c_str();
+        check.count = 0;
+        kvt_check_with(with_next.data(), with_next.size(), &options, Check::add, &check);
+    }
+    if (check.count > most_findings) {
+        findings.push_back(check.rest());
+    }
+    return check.count;
 }
 
 } // namespace kvt_tool

@@ -28,13 +28,26 @@ enum class FindingForm {
 struct Finding {
     kvt_finding_kind kind;
     std::string text; ///< whole lines
+    uint64_t line;
+    std::string key; ///< the word that its line begins with
+    kvt_severity severity;
     size_t count = 1; ///< of the findings that it stands for
+};
+
+/// The kinds of a severity and of those above.
+FindingKinds findings_from(kvt_severity least);
+
+/// How a unit is checked.
+struct FindingScope {
+    bool from_beginning = false; ///< what stands before the first message is looked at as the codec
+                                 ///< does: it reads no text that begins with a blank
+    bool consequences = false;   ///< what follows from a brace that is missing or too many, too
 };
 
 /// Checks a unit. Adds the findings of the wanted kinds, and returns how many there were. A message
 /// that is not closed is told of where the next unit begins, if that is a message.
 size_t check_unit(const Unit &unit, const FindingKinds &wanted, FindingForm form,
-                  std::vector<Finding> &findings);
+                  std::vector<Finding> &findings, const FindingScope &scope = {});
 
 /// The findings of one input put together. Of carriage returns only the first is kept: a text with
 /// one has one in every line.
@@ -43,7 +56,29 @@ public:
     void begin() { has_carriage_return_ = leaves_out_ = false; }
 
     /// The texts of the findings that are kept; counts them.
-    std::string keep(const std::vector<Finding> &findings);
+    std::string keep(const std::vector<Finding> &findings) {
+        std::string kept;
+        for_each_kept(findings, [&](const Finding &finding) { kept += finding.text; });
+        return kept;
+    }
+
+    /// Calls `take(const Finding &)` for each finding that is kept; counts them.
+    template <typename Take>
+    void for_each_kept(const std::vector<Finding> &findings, const Take &take) {
+        const FindingKinds unread = unread_findings();
+        for (const Finding &finding : findings) {
+            if (finding.kind == KVT_FINDING_CARRIAGE_RETURN) {
+                if (has_carriage_return_) {
+                    continue;
+                }
+                has_carriage_return_ = true;
+            }
+            const bool is_rest = finding.kind == KVT_FINDING_KINDS;
+            leaves_out_ = leaves_out_ || (!is_rest && unread[finding.kind]);
+            count_ += finding.count;
+            take(finding);
+        }
+    }
 
     size_t count() const { return count_; }
 

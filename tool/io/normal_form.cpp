@@ -65,8 +65,9 @@ NormalForm add_normal_form(const Unit &unit, std::string &text) {
     NormalForm form;
     Written written = write_again(unit, Texts::all);
     form.likeness = compare({unit.text, unit.length}, written.text);
-    const bool found = form.likeness == Likeness::other &&
-                       check_unit(unit, FindingKinds().set(), FindingForm::line, form.findings);
+    const bool found =
+        form.likeness == Likeness::other &&
+        check_unit(unit, findings_from(KVT_SEVERITY_LOST), FindingForm::line, form.findings);
     form.is_incomplete = !written.is_written || (!written.is_read && !found);
     text += written.reads_back ? written.text : settled(unit, std::move(written.text));
     return form;

@@ -7,10 +7,10 @@ namespace kvt_tool {
 void Unread::note(const Unit &unit, bool read) {
     const size_t unread =
         read ? 0 : check_unit(unit, unread_findings(), FindingForm::line, findings_);
-    const size_t others =
-        check_unit(unit, read ? FindingKinds().set() : ~unread_findings(),
-                   // When nothing else says what is left out, one of these does.
-                   read || unread != 0 ? FindingForm::none : FindingForm::line, findings_);
+    const size_t others = check_unit(
+        unit, findings_from(KVT_SEVERITY_LOST) & ~(read ? FindingKinds() : unread_findings()),
+        // When nothing else says what is left out, one of these does.
+        read || unread != 0 ? FindingForm::none : FindingForm::line, findings_);
     if (!read && unread + others == 0) {
         words_ += unit.input + ":" + std::to_string(unit.first_line) + ": out of memory\n";
     }

@@ -20,18 +20,26 @@ enum class Extent {
 };
 
 Extent extent_of(kvt_finding_kind kind) {
-    switch (kind) {
-    case KVT_FINDING_CARRIAGE_RETURN:
+    if (kvt_finding_severity(kind) == KVT_SEVERITY_STYLE) {
         return Extent::nothing;
+    }
+    switch (kind) {
     case KVT_FINDING_LONGER_KIND:
     case KVT_FINDING_BLOCK_NAME:
     case KVT_FINDING_UNKNOWN_KEY:
     case KVT_FINDING_STRAY_LINE:
+    case KVT_FINDING_COMMENT:
+    case KVT_FINDING_INVISIBLE:
     case KVT_FINDING_LONGER_KEY:
     case KVT_FINDING_NO_COLON:
     case KVT_FINDING_NO_VALUE:
     case KVT_FINDING_NOT_A_NUMBER:
     case KVT_FINDING_AFTER_NUMBER:
+    case KVT_FINDING_HEXADECIMAL:
+    case KVT_FINDING_GROUPED:
+    case KVT_FINDING_FRACTION:
+    case KVT_FINDING_EXPONENT:
+    case KVT_FINDING_UNIT:
     case KVT_FINDING_OUT_OF_RANGE:
     case KVT_FINDING_ROUNDED:
     case KVT_FINDING_NO_QUOTES:
