@@ -1,12 +1,10 @@
 // Any bytes that are taken for JSON: their division ends, and what it finds stands in the input one
 // after the other, where it says. Of JSON it finds just the value, or those of a list.
-#include <sys/mman.h>
-#include <unistd.h>
-
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "io/byte_source.h"
 #include "property.h"
 #include "json/json_stream.h"
 #include "json/parse_json.h"
@@ -16,31 +14,10 @@ using namespace kvt_tool;
 
 namespace {
 
-/// A file in memory that can be opened by its name.
-class FileInMemory {
-public:
-    explicit FileInMemory(std::string_view content) : file_(memfd_create("input", 0)) {
-        expect(file_ >= 0 && write(file_, content.data(), content.size()) ==
-                                 static_cast<ssize_t>(content.size()),
-               "a file is written");
-    }
-
-    ~FileInMemory() { close(file_); }
-
-    FileInMemory(const FileInMemory &) = delete;
-    FileInMemory &operator=(const FileInMemory &) = delete;
-
-    std::string name() const { return "/proc/self/fd/" + std::to_string(file_); }
-
-private:
-    int file_;
-};
-
 /// The values that are found, which must stand where they are said to.
 std::vector<std::string> divide(std::string_view json) {
     std::vector<std::string> values;
-    const FileInMemory file(json);
-    InputFile input(file.name());
+    TextSource input(json);
     JsonStream stream(input);
     TextPlace place;
     size_t end = 0;
