@@ -193,6 +193,18 @@ FindingKinds unread_findings() {
     return kinds;
 }
 
+bool leaves_out_some(kvt_finding_kind kind) {
+    switch (kind) {
+    case KVT_FINDING_KINDS: // stands for several
+    case KVT_FINDING_NO_MESSAGE:
+    case KVT_FINDING_BYTE_ORDER_MARK:
+    case KVT_FINDING_BEFORE_MESSAGE:
+        return false;
+    default:
+        return unread_findings()[kind];
+    }
+}
+
 FindingKinds findings_from(kvt_severity least) {
     FindingKinds kinds;
     for (int number = 0; number < KVT_FINDING_KINDS; ++number) {

@@ -49,6 +49,9 @@ struct FindingScope {
 size_t check_unit(const Unit &unit, const FindingKinds &wanted, FindingForm form,
                   std::vector<Finding> &findings, const FindingScope &scope = {});
 
+/// Whether a finding leaves out some messages of a text, and perhaps not all.
+bool leaves_out_some(kvt_finding_kind kind);
+
 /// The findings of one input put together. Of carriage returns only the first is kept: a text with
 /// one has one in every line.
 class FindingsOfInput {
@@ -65,7 +68,6 @@ public:
     /// Calls `take(const Finding &)` for each finding that is kept; counts them.
     template <typename Take>
     void for_each_kept(const std::vector<Finding> &findings, const Take &take) {
-        const FindingKinds unread = unread_findings();
         for (const Finding &finding : findings) {
             if (finding.kind == KVT_FINDING_CARRIAGE_RETURN) {
                 if (has_carriage_return_) {
@@ -73,8 +75,7 @@ public:
                 }
                 has_carriage_return_ = true;
             }
-            const bool is_rest = finding.kind == KVT_FINDING_KINDS;
-            leaves_out_ = leaves_out_ || (!is_rest && unread[finding.kind]);
+            leaves_out_ = leaves_out_ || leaves_out_some(finding.kind);
             count_ += finding.count;
             take(finding);
         }
@@ -82,7 +83,8 @@ public:
 
     size_t count() const { return count_; }
 
-    /// A message of this input is left out by a reader, or may be.
+    /// Some messages of this input are left out by a reader, or may be. Where the whole text is
+    /// refused the finding says so.
     bool leaves_out() const { return leaves_out_; }
 
 private:

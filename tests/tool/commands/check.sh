@@ -112,7 +112,8 @@ run kvt check lacking.kvt
 same "what becomes of the messages below is said" \
     "1 lacking.kvt:12:1: not-closed: a message begins here, but that of line 7 is not closed: the reader takes this line for its closing brace, and reads neither this message nor those below [lost]
   12 | msg {" "$status $(head -n 2 <<<"$out")"
-same "once" "1 finding in 1 of 1 input" "$err"
+same "once, and how many messages are left" "lacking.kvt: a program that reads the file as a whole, with kvt_msg_arr_from_str, gets 2 of 3 messages, the last one at line 7
+1 finding in 1 of 1 input" "$err"
 printf 'msg {\n  type: BEGIN_JOB\n  begin_job {\n    quota {\n      max_osts: 1\n    uid: 1\n    pkey: 2\n  }\n}\n' >quota.kvt
 run kvt check quota.kvt
 same "one cause, one finding" 1 "$(grep -c '^quota.kvt:' <<<"$out")"
