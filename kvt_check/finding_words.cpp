@@ -1,5 +1,6 @@
 #include "finding_words.h"
 
+#include "characters.h"
 #include "invisible.h"
 
 namespace kvt_checking {
@@ -8,30 +9,6 @@ namespace {
 
 /// The bytes of a text that are shown, at most.
 constexpr size_t longest_quote = 60;
-
-bool continues_a_character(char byte) {
-    return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
-}
-
-/// The bytes of the character that a text begins with when it is one of UTF-8 beyond ASCII; else 0.
-/// Overlong forms count too: nothing but a terminal looks at them.
-size_t bytes_of_character(std::string_view text) {
-    const char *byte = text.data();
-    const auto lead = static_cast<unsigned char>(byte[0]);
-    const size_t bytes = lead >= 0xC2 && lead < 0xE0   ? 2
-                         : lead >= 0xE0 && lead < 0xF0 ? 3
-                         : lead >= 0xF0 && lead < 0xF5 ? 4
-                                                       : 0;
-    if (bytes > text.size()) {
-        return 0;
-    }
-    for (size_t i = 1; i < bytes; ++i) {
-        if (!continues_a_character(byte[i])) {
-            return 0;
-        }
-    }
-    return bytes;
-}
 
 } // namespace
 
@@ -55,6 +32,7 @@ void Words::add(Quoted quoted) {
     add(std::string_view("'"));
     while (!rest.empty()) {
         const auto byte = static_cast<unsigned char>(*rest.data());
+        const Character character = first_character(rest);
         size_t bytes = 1;
         const Invisible invisible = invisible_at(rest.data(), rest.data() + rest.size());
         if (invisible.bytes != 0) {
@@ -64,11 +42,9 @@ void Words::add(Quoted quoted) {
                 invisible_ = first_of(rest, bytes);
                 name_ = invisible.name;
             }
-        } else if (byte >= ' ' && byte < 0x7F) {
-            add(first_of(rest, 1));
-        } else if (const size_t more = bytes_of_character(rest); more != 0) {
-            add(first_of(rest, more));
-            bytes = more;
+        } else if (is_printable(character)) {
+            bytes = character.bytes;
+            add(first_of(rest, bytes));
         } else if (quoted.text.size() > longest_quote && byte >= 0xC2 && rest.size() < 4) {
             break; // the cut goes through this character
         } else {

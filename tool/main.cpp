@@ -3,33 +3,47 @@
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
-#include <cerrno>
-#include <cstring>
 #include <exception>
-#include <iostream>
+#include <functional>
 #include <new>
+#include <sstream>
 #include <string>
 #include <vector>
 
 #include "commands/command_line.h"
 #include "commands/commands.h"
+#include "io/memory.h"
 #include "io/output.h"
+#include "io/problems.h"
+#include "io/rights.h"
 
 namespace {
 
 using namespace kvt_tool;
 
-ExitStatus run() {
+ExitStatus run(const std::function<ExitStatus()> &job, const Rights &rights_of_job) {
     try {
-        return chosen();
+        keep_only(rights_of_job);
+        return job();
     } catch (const OutputError &error) {
         // Nobody reads any more: that is how a pipe into "head" ends, and no matter.
         return error.reason.empty() ? could_not_work : cannot_use(error.name, error.reason);
     } catch (const std::bad_alloc &) {
-        return cannot_use("memory", "there is not enough of it");
+        return no_memory_for(remembered_input());
     } catch (const std::exception &error) {
         return cannot_use("internal error", error.what());
     }
+}
+
+/// Prints help, or says what is wrong with the command line.
+ExitStatus explain(const CLI::App &app, const CLI::ParseError &error) {
+    std::ostringstream help;
+    std::ostringstream words;
+    const int wrong_usage = app.exit(error, help, words);
+    print(help.str());
+    finish_printing();
+    say(words.str());
+    return wrong_usage == 0 ? all_well : could_not_work;
 }
 
 /// A file that is opened must not become standard output or standard error, where these are closed.
@@ -47,6 +61,7 @@ void occupy_closed_streams() {
 
 int main(int argc, char **argv) {
     occupy_closed_streams();
+    expect_lack_of_memory();
     // The command line's parser would take a name in brackets for a list of names.
     std::vector<std::string> words(argv, argv + argc);
     for (std::string &word : words) {
@@ -77,11 +92,7 @@ int main(int argc, char **argv) {
     try {
         app.parse(argc, arguments.data());
     } catch (const CLI::ParseError &error) {
-        const int wrong_usage = app.exit(error);
-        if (!std::cout.flush()) {
-            return cannot_use("standard output", std::strerror(errno));
-        }
-        return wrong_usage == 0 ? all_well : could_not_work;
+        return run([&] { return explain(app, error); }, {});
     }
-    return run();
+    return run(chosen, rights);
 }

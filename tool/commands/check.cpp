@@ -240,6 +240,7 @@ void add_check(CLI::App &app) {
     command->callback([] {
         options.wanted = only.empty() ? FindingKinds().set() : kinds_of_names(only);
         options.wanted &= ~kinds_of_names(ignored) & findings_from(severity_of_name(severity));
+        options.threads = common.threads;
         options.form = format == "json"                         ? FindingForm::json
                        : is_terminal_for_colours(STDOUT_FILENO) ? FindingForm::coloured
                                                                 : FindingForm::marked;

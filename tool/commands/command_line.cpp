@@ -14,6 +14,17 @@
 namespace kvt_tool {
 
 std::function<ExitStatus()> chosen;
+Rights rights;
+
+namespace {
+
+void note_input(const std::string &name) {
+    if (name != standard_input) {
+        rights.inputs.push_back(name);
+    }
+}
+
+} // namespace
 
 bool is_terminal_for_colours(int file) {
     const char *no_colour = std::getenv("NO_COLOR");
@@ -31,7 +42,13 @@ CLI::App *add_command(CLI::App &app, const std::string &name, const std::string 
 
 void take_inputs(CLI::App *command, CommonOptions &options) {
     command->add_option("FILE", options.inputs, "Files to read; standard input when none, or for -")
+        ->each(note_input)
         ->type_name("");
+}
+
+void take_file(CLI::App *command, const std::string &option, std::string &name,
+               const std::string &what) {
+    command->add_option(option, name, what)->required()->each(note_input)->type_name("");
 }
 
 void take_threads(CLI::App *command, CommonOptions &options) {

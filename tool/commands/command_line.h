@@ -9,6 +9,7 @@
 #include "commands/commands.h"
 #include "io/input.h"
 #include "io/problems.h"
+#include "io/rights.h"
 #include "message_kinds.h"
 #include "model/value_text.h"
 
@@ -22,12 +23,20 @@ struct CommonOptions {
 /// The command that was chosen, which is run when the whole command line has been understood.
 extern std::function<ExitStatus()> chosen;
 
+/// The files that it needs. take_inputs and take_file name those that are read; a command itself
+/// names those that it writes. It has no others.
+extern Rights rights;
+
 /// Adds a command with what it does, in a line, and what its help says below its options.
 CLI::App *add_command(CLI::App &app, const std::string &name, const std::string &what,
                       const std::string &footer);
 
 /// Takes the names of files.
 void take_inputs(CLI::App *command, CommonOptions &options);
+
+/// Takes the name of one file to read.
+void take_file(CLI::App *command, const std::string &option, std::string &name,
+               const std::string &what);
 
 /// Takes --jobs.
 void take_threads(CLI::App *command, CommonOptions &options);

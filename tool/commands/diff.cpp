@@ -2,6 +2,7 @@
 #include <CLI/CLI.hpp>
 #include <deque>
 #include <memory>
+#include <new>
 #include <string>
 #include <utility>
 #include <variant>
@@ -10,6 +11,7 @@
 #include "commands/command_line.h"
 #include "diff/diff_messages.h"
 #include "diff/diff_text.h"
+#include "io/memory.h"
 #include "io/messages.h"
 #include "io/output.h"
 #include "io/problems.h"
@@ -39,12 +41,16 @@ public:
 
     std::optional<Message> next() override {
         while (waiting_.empty()) {
+            remember_input(input_.name());
             const auto batch = input_.usable() ? stream_.next() : nullptr;
             if (batch == nullptr) {
                 end();
                 return std::nullopt;
             }
             batch->for_each([this](const Unit &unit) { add_messages(unit); });
+            if (allocation_has_failed()) {
+                throw std::bad_alloc();
+            }
         }
         Message message = std::move(waiting_.front());
         waiting_.pop_front();
@@ -273,8 +279,8 @@ void add_diff(CLI::App &app) {
         "Exit status: 0 no differences, 1 differences, or something is no message, 2 a file\n"
         "cannot be read.\n\n"
         "Example: kvt diff --ignore 'job_data.conns[*].pr_sd_to_an' yesterday.kvt today.kvt");
-    command->add_option("A", options.a, "A file; - for standard input")->required()->type_name("");
-    command->add_option("B", options.b, "The file to compare it with")->required()->type_name("");
+    take_file(command, "A", options.a, "A file; - for standard input");
+    take_file(command, "B", options.b, "The file to compare it with");
     command->add_flag("--brief", options.form.brief, "Only tell which messages differ");
     command->add_flag("--json", options.json, "Print each difference as an object, on a line");
     command

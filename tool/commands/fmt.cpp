@@ -1,6 +1,9 @@
 // kvt fmt: messages in normal form.
+#include <unistd.h>
+
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <cstdint>
 #include <iterator>
 #include <memory>
 #include <string>
@@ -11,6 +14,7 @@
 #include "commands/command_line.h"
 #include "diff/diff_lines.h"
 #include "diff/unified_diff.h"
+#include "io/new_file.h"
 #include "io/normal_form.h"
 #include "io/output.h"
 #include "io/pipeline.h"
@@ -72,11 +76,18 @@ public:
 
     void begin(const InputFile &input) {
         findings_.begin();
+        input_ = &input;
         likeness_ = Likeness::same;
         is_empty_ = true;
         status_ = all_well;
         if (options_.to == To::their_files) {
-            begin_file(input);
+            is_separator_due_ = false;
+            kept_ = 0;
+            is_file_refused_ = !input.usable();
+            if (input.usable() && !size_of_input(input.path()).has_value()) {
+                is_file_refused_ = true;
+                status_ = cannot_use(input.name(), "not a regular file");
+            }
         }
         comparison_ = UnifiedDiff("--- " + input.name() + "\t(as it is)\n+++ " + input.name() +
                                   "\t(normal form)\n");
@@ -91,8 +102,8 @@ public:
             status_ = worse(status_, found_problems);
         }
         if (result.is_incomplete) {
-            say("kvt: a message is left out: out of memory, or its text takes 4 GiB or more\n");
-            status_ = could_not_work;
+            status_ = cannot_use(input_->name(), "a message is left out: its text takes 4 GiB or "
+                                                 "more, or there is not enough memory");
         }
         put(result.text);
         for (const Changes &changes : result.changes) {
@@ -104,68 +115,97 @@ public:
         // An empty file is in normal form, too.
         const bool is_normal = likeness_ == Likeness::ended || is_empty_;
         if (options_.to == To::nowhere && whole && !is_normal) {
-            print(shown_name(input) + "\n");
+            const bool is_name = input != standard_input && isatty(STDOUT_FILENO) != 1;
+            print((is_name ? input : shown_name(input)) + "\n");
             status_ = worse(status_, found_problems);
         }
         if (options_.to == To::comparison) {
             print(comparison_.end());
             status_ = worse(status_, comparison_.differs() ? found_problems : all_well);
         }
-        if (file_ != nullptr && whole && !is_normal) {
-            replace(input);
+        if (options_.to == To::their_files && whole && !is_normal) {
+            replace_file();
         }
         file_.reset();
         return status_;
     }
 
 private:
-    void begin_file(const InputFile &input) {
-        is_separator_due_ = false;
-        if (!input.usable()) {
-            return;
-        }
-        try {
-            file_ =
-                std::make_unique<NewFile>(input.name(), NewFile::Existing::replace, input.state());
-        } catch (const OutputError &error) {
-            fail_file(error);
-        }
-    }
-
-    void fail_file(const OutputError &error) {
-        file_.reset();
-        status_ = cannot_use(error.name, error.reason);
-    }
-
     /// Puts out texts with an empty line after each; that of the last one waits for the next.
     void put(std::string_view texts) {
         if (texts.empty() || options_.to == To::nowhere || options_.to == To::comparison) {
             return;
         }
         texts.remove_suffix(1);
+        const char *separator = is_separator_due_ ? "\n" : "";
         if (options_.to == To::standard_output) {
-            print(is_separator_due_ ? "\n" : "");
+            print(separator);
             print(texts);
-        } else if (file_ != nullptr) {
-            try {
-                file_->write(is_separator_due_ ? "\n" : "");
-                file_->write(texts);
-            } catch (const OutputError &error) {
-                fail_file(error);
-            }
+        } else {
+            put_into_file(separator, texts);
         }
         is_separator_due_ = true;
     }
 
-    void replace(const std::string &input) {
-        if (status_ == could_not_work || (status_ != all_well && !options_.lossy)) {
-            cannot_use(input, "left as it is, for what is said above");
+    /// As long as the file is in normal form, what is put into the new one stands in it already:
+    /// only its length is kept in mind.
+    void put_into_file(std::string_view separator, std::string_view texts) {
+        if (likeness_ != Likeness::other) {
+            kept_ += separator.size() + texts.size();
+            return;
+        }
+        if (!may_replace()) {
+            return;
+        }
+        with_file([&](NewFile &file) {
+            file.write(separator);
+            file.write(texts);
+        });
+    }
+
+    bool may_replace() const {
+        return status_ == all_well || (status_ == found_problems && options_.lossy);
+    }
+
+    void replace_file() {
+        if (!is_file_refused_ && !may_replace()) {
+            cannot_use(input_->name(), "left as it is, for what is said above");
+            return;
+        }
+        with_file([](NewFile &file) { file.commit(); });
+    }
+
+    /// Does something with the new file, which is begun when it is needed. Nothing once it has been
+    /// refused.
+    template <typename Work> void with_file(Work work) {
+        if (is_file_refused_) {
             return;
         }
         try {
-            file_->commit();
+            if (file_ == nullptr) {
+                begin_file();
+            }
+            work(*file_);
         } catch (const OutputError &error) {
-            fail_file(error);
+            file_.reset();
+            is_file_refused_ = true;
+            status_ = cannot_use(error.name, error.reason);
+        }
+    }
+
+    /// Begins it with what stands in the file already.
+    void begin_file() {
+        file_ =
+            std::make_unique<NewFile>(input_->path(), NewFile::Existing::replace, input_->state());
+        std::string part(std::min<uint64_t>(kept_, 1 << 20), '\0');
+        for (uint64_t at = 0; at < kept_;) {
+            const size_t room = std::min<uint64_t>(kept_ - at, part.size());
+            const size_t length = input_->read_at(at, part.data(), room);
+            if (length == 0) {
+                throw OutputError{input_->name(), "left as it is: it has changed meanwhile"};
+            }
+            file_->write({part.data(), length});
+            at += length;
         }
     }
 
@@ -175,7 +215,10 @@ private:
     Likeness likeness_ = Likeness::same;
     bool is_empty_ = true;
     bool is_separator_due_ = false;
-    std::unique_ptr<NewFile> file_;
+    const InputFile *input_ = nullptr; ///< of this and what follows, from begin to end
+    uint64_t kept_ = 0;                ///< bytes at its beginning that are in normal form
+    std::unique_ptr<NewFile> file_;    ///< null while there is nothing else to write
+    bool is_file_refused_ = false;
     UnifiedDiff comparison_;
 };
 
@@ -230,6 +273,10 @@ void add_fmt(CLI::App &app) {
         if (options.to == FormatOptions::To::their_files && reads_standard_input) {
             throw CLI::ValidationError("-i takes names of files, and no standard input");
         }
+        if (options.to == FormatOptions::To::their_files) {
+            rights.outputs = common.inputs;
+        }
+        options.threads = common.threads;
         chosen = [] {
             if (verbose) {
                 log_cb = kvt_log_to_stderr;

@@ -1,6 +1,5 @@
 // kvt from-json: messages that are JSON to the text form.
 #include <CLI/CLI.hpp>
-#include <new>
 #include <string>
 #include <vector>
 
@@ -18,7 +17,6 @@ namespace {
 struct Converted {
     std::string text;
     std::string words; ///< for standard error
-    ExitStatus status = all_well;
 };
 
 class FromJsonJob {
@@ -33,9 +31,6 @@ public:
             place.add({unit.text, static_cast<size_t>(problem.at - unit.text)});
             result.words += unit.input + ":" + std::to_string(place.line) + ":" +
                             std::to_string(place.column) + ": " + problem.what + "\n";
-        } catch (const std::bad_alloc &) {
-            result.words += "kvt: " + unit.input + ": out of memory\n";
-            result.status = could_not_work;
         }
     }
 
@@ -46,7 +41,6 @@ public:
             say(result.words);
             status_ = worse(status_, found_problems);
         }
-        status_ = worse(status_, result.status);
         std::string_view text = result.text;
         if (!text.empty()) {
             text.remove_suffix(1);

@@ -1,17 +1,19 @@
 // kvt graph: draws messages as graphs.
+#include <unistd.h>
+
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <cerrno>
-#include <cstring>
 #include <filesystem>
-#include <fstream>
+#include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "commands/command_line.h"
 #include "graph/graph.h"
 #include "io/messages.h"
+#include "io/new_file.h"
 #include "io/output.h"
 #include "io/pipeline.h"
 #include "io/problems.h"
@@ -30,6 +32,47 @@ struct GraphOptions {
     bool is_text() const { return format == "dot"; }
 };
 
+/// Where graphs go.
+class GraphOutput {
+public:
+    explicit GraphOutput(const std::string &output) : output_(output) {
+        std::error_code none;
+        is_device_ = std::filesystem::exists(output, none) &&
+                     !std::filesystem::is_regular_file(output, none); // such as /dev/stdout
+    }
+
+    /// A file is begun with the first graph: without one it stays as it is.
+    void write(const std::string &graph) {
+        if (output_.empty()) {
+            refuse_binary_on_terminal(STDOUT_FILENO, graph, "standard output");
+            print(graph);
+        } else if (is_device_) {
+            for_device_ += graph;
+        } else {
+            if (file_ == nullptr) {
+                file_ = std::make_unique<NewFile>(output_, NewFile::Existing::may_replace);
+            }
+            file_->write(graph);
+        }
+    }
+
+    void finish() {
+        if (file_ != nullptr) {
+            file_->commit();
+        }
+        if (!for_device_.empty()) {
+            write_to_device(output_, for_device_);
+        }
+        finish_printing();
+    }
+
+private:
+    const std::string &output_;
+    bool is_device_;
+    std::string for_device_; ///< which may be a pipe, and so is opened once
+    std::unique_ptr<NewFile> file_;
+};
+
 class GraphJob {
 public:
     struct Graph {
@@ -44,7 +87,8 @@ public:
         Unread unread;
     };
 
-    explicit GraphJob(const GraphOptions &options) : options_(options) {}
+    GraphJob(const GraphOptions &options, GraphOutput &output)
+        : options_(options), output_(output) {}
 
     void work(const Unit &unit, Result &result) const {
         const bool read = read_messages(unit, [&](const ReadMessage &message) {
@@ -84,23 +128,24 @@ public:
     /// The first that is drawn: `message 3 (JOB_DATA, job.kvt:12)`; empty when none is.
     const std::string &drawn() const { return drawn_; }
 
-    /// The graphs that have not been printed yet: all, or the first where one can be drawn.
+    /// The graph of that one, where it is to be drawn by Graphviz.
     const std::string &dot() const { return dot_; }
 
 private:
-    void draw(uint64_t number, const Graph &graph) {
+    void draw(uint64_t number, Graph &graph) {
         const bool is_first = drawn_.empty();
         if (is_first) {
             drawn_ = "message " + std::to_string(number) + " (" + graph.name + ")";
         }
-        if (options_.is_text() && options_.output.empty()) {
-            print(graph.dot);
-        } else if (options_.is_text() || is_first) {
-            dot_ += graph.dot;
+        if (options_.is_text()) {
+            output_.write(graph.dot);
+        } else if (is_first) {
+            dot_ = std::move(graph.dot);
         }
     }
 
     const GraphOptions &options_;
+    GraphOutput &output_;
     UnreadOfInput unread_;
     uint64_t messages_ = 0;
     std::vector<uint64_t> numbers_;
@@ -145,35 +190,17 @@ void say_what_is_drawn(const GraphJob &job, const GraphOptions &options) {
                   "; --message N chooses another\n");
 }
 
-void write_graph(const std::string &graph, const std::string &output) {
-    if (output.empty()) {
-        print(graph);
-        finish_printing();
-        return;
-    }
-    std::error_code none;
-    if (std::filesystem::exists(output, none) && !std::filesystem::is_regular_file(output, none)) {
-        std::ofstream device(output, std::ios::binary); // such as /dev/stdout, or a pipe
-        if (!device.write(graph.data(), static_cast<std::streamsize>(graph.size())).flush()) {
-            throw OutputError{output, std::strerror(errno)};
-        }
-        return;
-    }
-    NewFile file(output, NewFile::Existing::may_replace);
-    file.write(graph);
-    file.commit();
-}
-
 /// Draws the messages of the inputs that can be drawn: as DOT all of them, otherwise the first one.
 ExitStatus graph_messages(const std::vector<std::string> &inputs, const GraphOptions &options) {
     for (const std::string &input : inputs) {
         std::error_code none;
         if (!options.output.empty() && std::filesystem::equivalent(input, options.output, none)) {
-            return cannot_use(options.output, "is an input, too");
+            return cannot_use(shown_name(options.output), "is an input, too");
         }
     }
     ExitStatus status;
-    GraphJob job(options);
+    GraphOutput output(options.output);
+    GraphJob job(options, output);
     {
         Progress progress(inputs);
         status = Pipeline(job, 1, progress).run(inputs);
@@ -182,17 +209,16 @@ ExitStatus graph_messages(const std::vector<std::string> &inputs, const GraphOpt
         say_nothing_is_drawn(job, options.message);
         return worse(status, found_problems);
     }
-    if (options.is_text()) {
-        write_graph(job.dot(), options.output);
-    } else {
+    if (!options.is_text()) {
         std::string reason;
-        const std::optional<std::string> picture = render(job.dot(), options.format, reason);
+        const std::optional<std::string> picture = render_apart(job.dot(), options.format, reason);
         if (!picture.has_value()) {
-            say("kvt: " + reason + "\n");
+            say("kvt: " + job.drawn() + " is not drawn: " + reason + "\n");
             return could_not_work;
         }
-        write_graph(*picture, options.output);
+        output.write(*picture);
     }
+    output.finish();
     say_what_is_drawn(job, options);
     return status;
 }
@@ -232,6 +258,10 @@ void add_graph(CLI::App &app) {
     command->add_flag_callback(
         "--all-nodes", [] { options.detail = Detail::all; }, "Draw every node by itself");
     command->callback([] {
+        if (!options.output.empty()) {
+            rights.outputs = {options.output};
+        }
+        rights.reads_everything = !options.is_text(); // fonts, and the plugins of Graphviz
         chosen = [] {
             return graph_messages(common.inputs, options);
         };

@@ -2,12 +2,11 @@
 #include <CLI/CLI.hpp>
 #include <filesystem>
 #include <string>
-#include <system_error>
 #include <vector>
 
 #include "commands/command_line.h"
 #include "io/messages.h"
-#include "io/output.h"
+#include "io/new_file.h"
 #include "io/pipeline.h"
 #include "io/problems.h"
 #include "io/unread.h"
@@ -60,18 +59,14 @@ private:
     UnreadOfInput unread_;
 };
 
-/// Writes each message of all inputs, as it stands there, to a file of its own in a folder, which
-/// is made when it is missing: 000001-job_data.kvt, 000002-end_job.kvt and so on. No file that is
-/// there is touched.
+/// Writes each message of all inputs, as it stands there, to a file of its own in a folder:
+/// 000001-job_data.kvt, 000002-end_job.kvt and so on. No file that is there is touched.
 ExitStatus split_messages(const std::vector<std::string> &inputs, const std::string &folder) {
-    std::error_code error;
-    std::filesystem::create_directories(folder, error);
-    if (error) {
-        return cannot_use(folder, error.message());
-    }
     Progress progress(inputs);
     SplitJob job(folder);
-    return Pipeline(job, 1, progress).run(inputs);
+    const ExitStatus status = Pipeline(job, 1, progress).run(inputs);
+    sync_files_of(folder);
+    return status;
 }
 
 } // namespace
@@ -91,6 +86,7 @@ void add_split(CLI::App &app) {
         ->required()
         ->type_name("DIR");
     command->callback([] {
+        rights.folder = folder;
         chosen = [] {
             return split_messages(common.inputs, folder);
         };

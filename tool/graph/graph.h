@@ -31,4 +31,9 @@ std::string graphviz_version();
 std::optional<std::string> render(const std::string &dot, const std::string &format,
                                   std::string &reason);
 
+/// The same in a process of its own: Graphviz ends its process when it lacks memory. To be called
+/// while there are no threads.
+std::optional<std::string> render_apart(const std::string &dot, const std::string &format,
+                                        std::string &reason);
+
 } // namespace kvt_tool

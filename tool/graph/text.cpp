@@ -1,5 +1,6 @@
 #include "graph/text.h"
 
+#include "kvt_check/characters.h"
 #include "model/hexadecimal.h"
 
 namespace kvt_tool {
@@ -14,28 +15,9 @@ bool is_continuation(std::string_view text, size_t at) {
     return at < text.size() && (byte_at(text, at) & 0xc0) == 0x80;
 }
 
-/// The length of the character at `at` if it can be shown, otherwise 0. XML, and so SVG, takes
-/// neither control characters nor surrogates nor the last two characters of the first plane.
-size_t visible_length(std::string_view text, size_t at) {
-    const uint8_t first = byte_at(text, at);
-    if (first < 0x80) {
-        return first >= 0x20 && first != 0x7f ? 1 : 0;
-    }
-    const size_t length = first >= 0xf0 ? 4 : first >= 0xe0 ? 3 : 2;
-    if (first < 0xc2 || first > 0xf4) {
-        return 0;
-    }
-    uint32_t character = first & (0x7fU >> length);
-    for (size_t i = 1; i < length; ++i) {
-        if (!is_continuation(text, at + i)) {
-            return 0;
-        }
-        character = character << 6 | (byte_at(text, at + i) & 0x3fU);
-    }
-    constexpr uint32_t smallest[] = {0, 0, 0xa0, 0x800, 0x10000};
-    const bool surrogate = character >= 0xd800 && character <= 0xdfff;
-    const bool none = (character & 0xfffe) == 0xfffe || character > 0x10ffff;
-    return character < smallest[length] || surrogate || none ? 0 : length;
+/// Whether a character can be shown. XML, and so SVG, does not take the last two of a plane either.
+bool is_visible(const kvt_checking::Character &character) {
+    return is_printable(character) && (character.value & 0xfffe) != 0xfffe;
 }
 
 std::string quoted_with(std::string_view text, std::string_view backslash) {
@@ -66,9 +48,10 @@ std::string quoted_with(std::string_view text, std::string_view backslash) {
 std::string visible(std::string_view name) {
     std::string shown;
     for (size_t at = 0; at < name.size();) {
-        if (const size_t length = visible_length(name, at); length != 0) {
-            shown += name.substr(at, length);
-            at += length;
+        const kvt_checking::Character character = kvt_checking::first_character(name.substr(at));
+        if (is_visible(character)) {
+            shown += name.substr(at, character.bytes);
+            at += character.bytes;
         } else {
             shown += "\\x" + hexadecimal(byte_at(name, at++), 2);
         }

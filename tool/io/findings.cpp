@@ -4,6 +4,8 @@
 #include <nlohmann/json.hpp>
 #include <string_view>
 
+#include "kvt_check/characters.h"
+#include "model/printable.h"
 #include "text/text.h"
 
 namespace kvt_tool {
@@ -38,26 +40,18 @@ std::string_view first_word(std::string_view line) {
                                    longest_key));
 }
 
-/// A part of a line as a terminal can show it: a dot for what it could take for a command.
-std::string printable(std::string_view part) {
-    std::string shown(part);
-    for (char &byte : shown) {
-        const auto value = static_cast<unsigned char>(byte);
-        if ((value < ' ' && byte != '\t') || value == 0x7F) {
-            byte = '.';
-        }
-    }
-    return shown;
+/// A part of a line as a terminal can show it.
+std::string shown_part(std::string_view part) {
+    return printable(part, "\t");
 }
 
 /// What stands under a part of a line so that the next column is the same: tabs, and a blank for
 /// each other character.
 std::string underneath(std::string_view part, char mark) {
     std::string blanks;
-    for (const char byte : part) {
-        if (!continues_character(byte)) {
-            blanks += byte == '\t' ? '\t' : mark;
-        }
+    while (!part.empty()) {
+        blanks += part.front() == '\t' ? '\t' : mark;
+        part.remove_prefix(kvt_checking::first_character(part).bytes);
     }
     return blanks;
 }
@@ -68,6 +62,11 @@ struct Colours {
 
 constexpr Colours no_colours = {"", "", "", ""};
 constexpr Colours terminal_colours = {"\033[1m", "\033[1;31m", "\033[1;32m", "\033[0m"};
+
+std::string json_line(const nlohmann::ordered_json &object) {
+    using Replace = nlohmann::ordered_json::error_handler_t;
+    return printable_json(object.dump(-1, ' ', false, Replace::replace)) + "\n";
+}
 
 /// One check: where its findings go and in what form.
 struct Check {
@@ -113,16 +112,14 @@ struct Check {
                                                {"line", first_line},
                                                {"name", "more-findings"},
                                                {"message", words}};
-        return {
-            KVT_FINDING_KINDS,
-            form == FindingForm::json
-                ? object.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace) +
-                      "\n"
-                : unit.input + ":" + std::to_string(first_line) + ": " + words + "\n",
-            first_line,
-            "",
-            worst_of_rest,
-            hidden};
+        return {KVT_FINDING_KINDS,
+                form == FindingForm::json
+                    ? json_line(object)
+                    : unit.input + ":" + std::to_string(first_line) + ": " + words + "\n",
+                first_line,
+                "",
+                worst_of_rest,
+                hidden};
     }
 
     std::string_view line_at(const kvt_finding &finding) const {
@@ -155,7 +152,7 @@ struct Check {
         underline = "^" + (underline.empty() ? "" : underline.substr(1));
         const char *cut_before = from > 0 ? "..." : "";
         const char *cut_after = from + shown.size() < line.size() ? "..." : "";
-        return "  " + number + " | " + cut_before + printable(shown) + cut_after + "\n" + margin +
+        return "  " + number + " | " + cut_before + shown_part(shown) + cut_after + "\n" + margin +
                (from > 0 ? "   " : "") + underneath(before, ' ') + colours.mark + underline +
                colours.off + "\n";
     }
@@ -176,7 +173,7 @@ struct Check {
         if (finding.nearest != nullptr) {
             object["nearest"] = finding.nearest;
         }
-        return object.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
+        return json_line(object);
     }
 };
 

@@ -13,7 +13,7 @@ namespace kvt_tool {
 /// What stands for standard input among the names of files.
 inline constexpr char standard_input[] = "-";
 
-/// The name of an input as it is shown in messages.
+/// The name of an input as it is shown in messages, without what a terminal takes for commands.
 std::string shown_name(const std::string &name);
 
 /// Which file a name stands for, and in what state. It differs when another program has written the
@@ -22,8 +22,10 @@ struct FileState {
     uint64_t device = 0;
     uint64_t number = 0;
     int64_t size = 0;
-    int64_t seconds = 0; ///< of the last change
+    int64_t seconds = 0; ///< of the last change of its content
     int64_t nanoseconds = 0;
+    int64_t status_seconds = 0; ///< of the last change of its owner, permissions and the like, too
+    int64_t status_nanoseconds = 0;
 
     bool operator==(const FileState &) const = default;
 };
@@ -42,14 +44,22 @@ public:
 
     const std::string &name() const override { return name_; }
 
+    /// The name by which the file is opened.
+    const std::string &path() const { return path_; }
+
     /// What the file was when it was opened.
     const FileState &state() const { return state_; }
 
     size_t read(char *to, size_t room) override;
 
+    /// Reads up to `room` bytes of a regular file that stand at `offset`, and leaves alone where
+    /// `read` goes on. Returns how many; none when something is wrong, which is not said.
+    size_t read_at(uint64_t offset, char *to, size_t room) const;
+
 private:
     void fail();
 
+    std::string path_;
     std::string name_;
     int file_ = -1;
     FileState state_;

@@ -1,10 +1,8 @@
-// Where a command's data goes: standard output, or a file that takes the place of another one.
+// Standard output, and what is wrong with any output.
 #pragma once
 
 #include <string>
 #include <string_view>
-
-#include "io/input.h"
 
 namespace kvt_tool {
 
@@ -20,38 +18,17 @@ void print(std::string_view data);
 /// Sees to it that all that was printed has been written.
 void finish_printing();
 
-/// A new file that takes the place of another one, of no other, or of nothing at all: until it is
-/// put in place, and if that never happens, everything is as it was.
-class NewFile {
-public:
-    enum class Existing {
-        replace,     ///< with its permissions, and its owner as far as this user may set it; a
-                     ///< symbolic link stays one, a hard link does not
-        may_replace, ///< that, or there is none
-        keep,        ///< and refuse
-    };
+/// Whether what was printed ends with a whole line.
+bool is_at_line_start();
 
-    /// Begins a file beside `name`. A file that is to be replaced is to be in that state still when
-    /// this one is put in place, where a state is given.
-    NewFile(const std::string &name, Existing existing, const FileState &state = {});
-    ~NewFile();
-    NewFile(const NewFile &) = delete;
-    NewFile &operator=(const NewFile &) = delete;
+/// Writes all of some data to an open file. Throws an OutputError with the file's name.
+void write_all(int file, std::string_view data, const std::string &name);
 
-    void write(std::string_view data);
+/// Throws an OutputError where an open file is a terminal and the data no text.
+void refuse_binary_on_terminal(int file, std::string_view data, const std::string &name);
 
-    /// Puts it in place, with everything on disk.
-    void commit();
-
-private:
-    [[noreturn]] void fail() const;
-    void check_state() const;
-
-    std::string name_;
-    FileState state_;
-    std::string temporary_;
-    Existing existing_;
-    int file_ = -1;
-};
+/// Writes to what is no regular file, such as a pipe or a device. Data that is no text is refused
+/// for a terminal.
+void write_to_device(const std::string &name, std::string_view data);
 
 } // namespace kvt_tool

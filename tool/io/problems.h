@@ -16,13 +16,17 @@ enum ExitStatus : int {
 /// The worse of two.
 ExitStatus worse(ExitStatus a, ExitStatus b);
 
-/// Says some lines on standard error, after all that is already on standard output.
+/// Says some lines on standard error, after all that is already on standard output, without what a
+/// terminal takes for commands.
 void say(const std::string &lines);
 
 /// Says that an input or output cannot be used, and why.
 ExitStatus cannot_use(const std::string &name, const std::string &reason);
 
-/// What is done before anything is said: a bar of progress is taken away.
-extern std::function<void()> before_saying;
+/// Says that there is not enough memory to work on an input or output.
+ExitStatus no_memory_for(const std::string &name);
+
+/// What is done before anything appears on a terminal: a bar of progress is taken away.
+extern std::function<void()> before_output;
 
 } // namespace kvt_tool

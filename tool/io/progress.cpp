@@ -6,6 +6,7 @@
 #include <cstdio>
 
 #include "io/input.h"
+#include "io/output.h"
 #include "io/problems.h"
 
 namespace kvt_tool {
@@ -21,7 +22,7 @@ constexpr auto interval = 200ms;
 
 Progress::Progress(const std::vector<std::string> &inputs)
     : is_shown_anywhere_(isatty(STDERR_FILENO) == 1), total_(0), next_(start_ + patience) {
-    before_saying = [this] {
+    before_output = [this] {
         clear();
     };
     if (!is_shown_anywhere_) {
@@ -36,7 +37,7 @@ Progress::Progress(const std::vector<std::string> &inputs)
 
 Progress::~Progress() {
     clear();
-    before_saying = nullptr;
+    before_output = nullptr;
 }
 
 void Progress::advance(uint64_t bytes) {
@@ -51,6 +52,11 @@ void Progress::advance(uint64_t bytes) {
 }
 
 void Progress::show(Clock::time_point now) {
+    // What is printed may go to the same terminal: a bar does not stand in the middle of a line.
+    std::fflush(stdout);
+    if (!is_at_line_start()) {
+        return;
+    }
     const double seconds = std::chrono::duration<double>(now - start_).count();
     const double megabytes = static_cast<double>(done_) / 1e6;
     const double speed = megabytes / seconds;

@@ -21,7 +21,7 @@ public:
     /// Tells that so many bytes more have been worked on.
     void advance(uint64_t bytes);
 
-    /// Takes the bar away, so that something else can be said. It comes back with the next advance.
+    /// Takes the bar away, so that something else can appear. It comes back with a later advance.
     void clear();
 
 private:

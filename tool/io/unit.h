@@ -47,12 +47,9 @@ public:
             const bool is_last = end == text_.size();
             const bool is_before_message =
                 is_last ? is_before_message_ : text_.compare(end, 3, "msg") == 0;
-            // The unit's text ends here for as long as it is looked at.
-            const char after = text_[end];
-            text_[end] = '\0';
+            const TextEnd text_end(text_[end]);
             work(Unit{*input_, text_.data() + start, end - start, place.line, offset_ + start,
                       is_cut_, place.column, is_before_message});
-            text_[end] = after;
         }
     }
 
@@ -60,6 +57,21 @@ public:
 
 private:
     friend class UnitReader;
+
+    /// A unit's text ends here for as long as it is looked at.
+    class TextEnd {
+    public:
+        explicit TextEnd(char &at) : at_(at), after_(std::exchange(at, '\0')) {}
+
+        ~TextEnd() { at_ = after_; }
+
+        TextEnd(const TextEnd &) = delete;
+        TextEnd &operator=(const TextEnd &) = delete;
+
+    private:
+        char &at_;
+        char after_;
+    };
 
     std::shared_ptr<const std::string> input_;
     std::string text_;

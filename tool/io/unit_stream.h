@@ -28,6 +28,9 @@ class UnitStream : UnitReader {
 public:
     static constexpr size_t long_unit = UnitSizes().long_unit;
 
+    /// `next` may be called again when it has thrown a std::bad_alloc.
+    static constexpr bool goes_on_after_bad_alloc = true;
+
     explicit UnitStream(ByteSource &input, const UnitSizes &sizes = {})
         : UnitReader(input, sizes.block), sizes_(sizes) {}
 

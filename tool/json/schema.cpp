@@ -3,8 +3,8 @@
 #include <cmath>
 #include <vector>
 
-#include "json/to_json.h"
 #include "message_kinds.h"
+#include "json/to_json.h"
 
 namespace kvt_tool {
 

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <string>
 
+#include "kvt_check/characters.h"
 #include "model/hexadecimal.h"
 #include "model/value_text.h"
 
@@ -133,27 +134,12 @@ Json to_json(const FoundField &found, const JsonForm &form) {
 }
 
 bool is_utf8(std::string_view text) {
-    for (size_t i = 0; i < text.size();) {
-        const auto first = static_cast<unsigned char>(text[i]);
-        const size_t length = first < 0x80 ? 1 : first < 0xE0 ? 2 : first < 0xF0 ? 3 : 4;
-        if ((first >= 0x80 && first < 0xC2) || first > 0xF4 || text.size() - i < length) {
+    while (!text.empty()) {
+        const kvt_checking::Character character = kvt_checking::first_character(text);
+        if (!character.is_valid) {
             return false;
         }
-        uint32_t character = length == 1 ? first : first & (0x7FU >> length);
-        for (size_t j = 1; j < length; ++j) {
-            const auto next = static_cast<unsigned char>(text[i + j]);
-            if ((next & 0xC0) != 0x80) {
-                return false;
-            }
-            character = character << 6 | (next & 0x3F);
-        }
-        const bool is_overlong =
-            (length == 3 && character < 0x800) || (length == 4 && character < 0x10000);
-        const bool is_surrogate = character >= 0xD800 && character < 0xE000;
-        if (is_overlong || is_surrogate || character > 0x10FFFF) {
-            return false;
-        }
-        i += length;
+        text.remove_prefix(character.bytes);
     }
     return true;
 }

@@ -34,6 +34,11 @@ run_in_terminal() {
     rm typescript
 }
 
+# repeat COUNT FILE: the file so many times
+repeat() {
+    awk -v count="$1" '{ text = text $0 "\n" } END { for (; count > 0; --count) printf "%s", text }' "$2"
+}
+
 printf 'msg {\n  type: END_JOB\n  end_job {\n    job_id: 5\n  }\n}\n' >good.kvt
 printf 'msg {\ntype:END_JOB\n\n end_job {\njob_id:+5\n}\n}' >untidy.kvt
 printf 'msg {\n  type: END_JOB\n  end_job {\n    job_id: 5\n    job: 6\n  }\n}\n' >unknown.kvt
