@@ -39,7 +39,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     const std::vector<UnitFacts> whole =
         facts_of_units(input, SIZE_MAX, {.long_unit = long_unit, .kept = kept});
     check_whole(input, whole);
-    for (const size_t piece : {1, 2, 3, 7, 64}) {
+    for (const size_t piece : {size_t{1}, size_t{2}, size_t{3}, size_t{7}, size_t{64}}) {
         for (const size_t block : {size_t{1}, size_t{16}, size_t{100}}) {
             const UnitSizes sizes = {.block = block, .long_unit = long_unit, .kept = kept};
             if (facts_of_units(input, piece, sizes) != whole) {

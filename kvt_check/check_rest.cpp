@@ -30,6 +30,11 @@ std::string_view after(std::string_view text, size_t characters) {
     return {text.data() + characters, text.size() - characters};
 }
 
+bool is_hexadecimal(char c) {
+    const bool is_letter_below_g = is_letter(c) && (c | 0x20) <= 'f';
+    return is_digit(c) || is_letter_below_g;
+}
+
 unsigned hexadecimal_value(char digit) {
     return is_digit(digit) ? static_cast<unsigned>(digit - '0')
                            : static_cast<unsigned>((digit | 0x20) - 'a') + 10;
@@ -37,13 +42,15 @@ unsigned hexadecimal_value(char digit) {
 
 /// The number that hexadecimal digits stand for. False where they are none, or too many.
 bool scan_hexadecimal(std::string_view digits, uint64_t &number) {
+    constexpr size_t most_digits = 16;
+    if (digits.size() > most_digits || !is_all(digits, is_hexadecimal)) {
+        return false;
+    }
     number = 0;
     for (const char c : digits) {
-        number = number << 4 | (hexadecimal_value(c) & 15);
+        number = number << 4 | hexadecimal_value(c);
     }
-    return digits.size() <= 16 && is_all(digits, [](char c) {
-               return is_digit(c) || (is_letter(c) && (c | 0x20) <= 'f');
-           });
+    return true;
 }
 
 bool is_separator(char c) {
@@ -95,7 +102,8 @@ bool report_joined(Check &check, std::string_view value, std::string_view rest) 
 /// A word such as "hosts" or "GB", or a percent sign. Letters that are joined to a float may be
 /// digits that were meant.
 bool is_unit(const Row &row, std::string_view rest, bool is_joined) {
-    return rest == "%" || (is_all(rest, is_letter) && !(is_joined && row.kind == RowKind::real));
+    const bool may_be_digits = is_joined && row.kind == RowKind::real;
+    return rest == "%" || (is_all(rest, is_letter) && !may_be_digits);
 }
 
 } // namespace

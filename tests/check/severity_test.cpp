@@ -80,8 +80,7 @@ const char *const beginnings[] = {
     "msg {\n  type: END_JOB\n",
     "msg {\n  type: END_JOB\n}\n",
     "msg {\n\xC2\xA0 type: END_JOB\n",
-    "msg {\n  type:\xC2\xA0"
-    "END_JOB\n",
+    "msg {\n  type:\302\240END_JOB\n", // a no-break space
 };
 
 TEST(Beginnings, WithoutALossAreRead) {

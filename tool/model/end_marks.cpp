@@ -94,7 +94,8 @@ const MarkedCodecs &marked_codecs() {
 const Codec *MarkedCodecs::change_array(const Codec &of, const Row &row, Row &changed) {
     UnpackRoutine *reader = array_readers(Numbers()).at(arrays_.size());
     const std::string key(row.label.text, row.key_length);
-    MarkedArray &array = arrays_.emplace_back(&of, &row, KVT_BLANKS + key + " {\n", of);
+    MarkedArray &array =
+        arrays_.emplace_back(MarkedArray{&of, &row, KVT_BLANKS + key + " {\n", of});
     array.codec.rows = Rows(nullptr, 0);
     array.codec.has_pointers = false;
     array.codec.unpack = reader;

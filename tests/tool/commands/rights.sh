@@ -56,11 +56,18 @@ if [[ -z $(intrude read good.kvt stat good.kvt) ]]; then
 fi
 same "the intruder may do what the command may" "intruder: done" "$(intrude read good.kvt stat good.kvt)"
 denied="intruder: Permission denied"
+# A build with sanitizers reads other files, for their reports.
+denied_to_read=$denied
+if grep -q __asan_init "$kvt"; then
+    denied_to_read="intruder: done"
+fi
 for command in "fmt" "fmt --check" "check" "json" "stat" "show job_id" "graph" "diff good.kvt"; do
     # shellcheck disable=SC2086 # options are words
-    for way in "write good.kvt" "write new.kvt" "unlink good.kvt" "unlink other/other.kvt" "read other/other.kvt"; do
+    for way in "write good.kvt" "write new.kvt" "unlink good.kvt" "unlink other/other.kvt"; do
         same "kvt $command cannot $way" "$denied" "$(intrude $way $command good.kvt)"
     done
+    same "kvt $command cannot read other files" "$denied_to_read" \
+        "$(intrude read other/other.kvt $command good.kvt)"
 done
 kvt json --lines good.kvt >good.json
 same "nor can from-json write" "$denied" "$(intrude write new.kvt from-json good.json)"
@@ -71,7 +78,7 @@ cp untidy.kvt in
 same "fmt -i writes beside its files only" "$denied" "$(intrude write other/new.kvt fmt -i in/untidy.kvt)"
 same "and does" "$(cat good.kvt)" "$(cat in/untidy.kvt)"
 cp untidy.kvt in
-same "and reads no others" "$denied" "$(intrude read other/other.kvt fmt -i in/untidy.kvt)"
+same "and reads no others" "$denied_to_read" "$(intrude read other/other.kvt fmt -i in/untidy.kvt)"
 same "split writes to its folder only" "$denied" "$(intrude write new.kvt split -o in/parts good.kvt)"
 same "and does" "$(cat good.kvt)" "$(cat in/parts/000001-end_job.kvt)"
 same "graph -o writes beside its file only" "$denied" \
