@@ -1,5 +1,7 @@
 #include "check_block.h"
 
+#include <algorithm>
+
 #include "engine/text_limits.h"
 #include "invisible.h"
 #include "nearest.h"
@@ -139,10 +141,9 @@ bool BlockCheck::is_same(const Row &row, const Place &earlier, const Line &line,
         return real_at(skip_spaces(first, end), end) == real_at(skip_spaces(second, end), end);
     }
     if (row.kind == RowKind::text) {
-        const char *quote = find_character('"', first, end);
-        const char *other = find_character('"', second, end);
-        return quote != nullptr && other != nullptr &&
-               std::string_view(quote + 1, value) == std::string_view(other + 1, value);
+        // Both have been read, so that both have quotes.
+        return std::string_view(std::find(first, end, '"') + 1, value) ==
+               std::string_view(std::find(second, end, '"') + 1, value);
     }
     return true;
 }
@@ -266,10 +267,12 @@ void BlockCheck::check_closing(size_t index, const Line &line) {
         cursor_.step_over_line();
         close(brace);
         return;
-    } else if (has_row && !rows_[index].opens_block() && has_braces_in_quotes_only(line)) {
+    }
+    if (has_row && !rows_[index].opens_block() && has_braces_in_quotes_only(line)) {
         check_row(index, line);
         return;
-    } else if (is_balanced(line)) {
+    }
+    if (is_balanced(line)) {
         if (has_row && rows_[index].opens_block()) {
             check_row(index, line);
             return;
@@ -280,14 +283,13 @@ void BlockCheck::check_closing(size_t index, const Line &line) {
                               frame_.name);
         cursor_.step_over_line();
         return;
-    } else {
-        const std::string_view before = trimmed(line.at, find_character('}', line.at, line.end));
-        findings_.report(KVT_FINDING_BESIDE_BRACE, check_.mark(before),
-                         first_ && has_row ? "the reader takes this line for its key alone, and "
-                                             "does not see that the brace after it closes the block"
-                                           : "the reader closes the block at this line, and does "
-                                             "not read what stands before the brace");
     }
+    const std::string_view before = trimmed(line.at, find_character('}', line.at, line.end));
+    findings_.report(KVT_FINDING_BESIDE_BRACE, check_.mark(before),
+                     first_ && has_row ? "the reader takes this line for its key alone, and "
+                                         "does not see that the brace after it closes the block"
+                                       : "the reader closes the block at this line, and does "
+                                         "not read what stands before the brace");
     cursor_.step_over_line();
     end_ = BlockEnd::closed;
 }

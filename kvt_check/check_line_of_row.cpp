@@ -26,11 +26,12 @@ Unread BlockCheck::unread_of(size_t index) const {
     case RowKind::array32:
     case RowKind::array64:
         return {"there is no element for it"};
-    default:
+    default: {
         // A block that is merged with an earlier one has its values.
-        return lines_.has(index) || frame_.table.reading != Reading::cleared_and_traced
-                   ? Unread{"the field stays as it was"}
-                   : Unread{"the field stays 0"};
+        const bool has_value =
+            lines_.has(index) || frame_.table.reading != Reading::cleared_and_traced;
+        return has_value ? Unread{"the field stays as it was"} : Unread{"the field stays 0"};
+    }
     }
 }
 

@@ -63,8 +63,9 @@ struct Joined {
 
     explicit Joined(std::string_view number) {
         for (size_t i = 0; i < number.size(); ++i) {
-            if (!is_separator(number.data()[i])) {
-                digits.add(first_of(after(number, i), 1));
+            const std::string_view character = first_of(after(number, i), 1);
+            if (!is_separator(*character.data())) {
+                digits.add(character);
             }
         }
     }

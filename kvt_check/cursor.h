@@ -105,9 +105,6 @@ public:
 
     bool has(size_t characters) const { return static_cast<size_t>(end_ - here_.at) >= characters; }
 
-    /// How deep what stands here is indented, in characters.
-    size_t indent() const { return indent_of(here_); }
-
     bool begins_with(std::string_view word) const {
         return has(word.size()) && std::memcmp(here_.at, word.data(), word.size()) == 0;
     }

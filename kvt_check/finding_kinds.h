@@ -7,8 +7,8 @@ namespace kvt_checking {
 
 struct FindingKind {
     kvt_finding_kind kind;
-    const char *name;
     kvt_severity severity;
+    const char *name;
     const char *meaning;
     const char *remedy;
 };

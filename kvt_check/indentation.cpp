@@ -26,9 +26,8 @@ void Indentation::see_brace(const Place &brace, const Frame &frame) {
 }
 
 Indentation::Missing Indentation::missing(const Frame &frame, size_t before) const {
-    return has_missing_ && missing_.opening.at >= frame.opening.at
-               ? missing_
-               : Missing{frame.opening, frame.name, before};
+    const bool is_below = has_missing_ && missing_.opening.at >= frame.opening.at;
+    return is_below ? missing_ : Missing{frame.opening, frame.name, before};
 }
 
 Place Indentation::take_extra(const Place &brace) {

@@ -41,15 +41,13 @@ bool begins_with(const char *at, const char *end, const Range &range) {
 } // namespace
 
 Invisible invisible_at(const char *at, const char *end) {
-    if (at == end) {
-        return {};
-    }
     const auto byte = static_cast<unsigned char>(*at);
     if (byte < 0x80) {
-        const bool is_plain = byte == ' ' || byte == '\t' || byte == '\n';
-        return byte == '\r'                                ? Invisible{"a carriage return", 1}
-               : (byte < ' ' && !is_plain) || byte == 0x7F ? Invisible{"a control character", 1}
-                                                           : Invisible{};
+        const bool is_plain = byte == '\t' || byte == '\n';
+        const bool is_control = (byte < ' ' && !is_plain) || byte == 0x7F;
+        return byte == '\r' ? Invisible{"a carriage return", 1}
+               : is_control ? Invisible{"a control character", 1}
+                            : Invisible{};
     }
     for (const Range &range : ranges) {
         if (begins_with(at, end, range)) {
@@ -68,17 +66,6 @@ const char *skip_invisible(const char *at, const char *end) {
         at += bytes;
     }
     return at;
-}
-
-Invisible find_invisible(std::string_view text) {
-    const char *end = text.data() + text.size();
-    for (const char *at = text.data(); at != end; ++at) {
-        const Invisible found = invisible_at(at, end);
-        if (found.bytes != 0) {
-            return found;
-        }
-    }
-    return {};
 }
 
 } // namespace kvt_checking

@@ -11,14 +11,11 @@ struct Invisible {
     size_t bytes = 0;
 };
 
-/// The character that a text begins with. Blanks, tabs and newlines are not told: those may stand
-/// anywhere.
+/// The character that a text begins with, which has one byte at least. Blanks, tabs and newlines
+/// are not told: those may stand anywhere.
 Invisible invisible_at(const char *at, const char *end);
 
 /// Steps over invisible characters and what the reader takes for blanks.
 const char *skip_invisible(const char *at, const char *end);
-
-/// The first invisible character of a text.
-Invisible find_invisible(std::string_view text);
 
 } // namespace kvt_checking

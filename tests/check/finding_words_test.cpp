@@ -3,6 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+
+#include "check/found.h"
+
 namespace kvt_test {
 namespace {
 
@@ -25,6 +29,17 @@ TEST(FindingWords, HoldNumbersUpToTheGreatest) {
     words.add(" ");
     words.add(UINT64_MAX);
     EXPECT_STREQ(words.text(), "0 10 18446744073709551615");
+}
+
+TEST(FindingWords, ShowABrokenByteBeforeTheirCut) {
+    // The cut stands before x: what begins no character is not taken for a part of one.
+    for (const size_t before : {57U, 58U, 59U}) {
+        const std::string some(before, 'y');
+        const std::string rest(59 - before, 'y');
+        EXPECT_EQ(said_of(begin_job("    job_id: " + some + "\x80" + rest + "x\n")),
+                  "'" + some + "\\x80" + rest +
+                      "...' is no number, and 'job_id' wants one: the field stays 0\n");
+    }
 }
 
 } // namespace

@@ -188,7 +188,7 @@ TEST(Findings, EndWhenTheCallbackSaysSo) {
     }
 }
 
-TEST(FindingKinds, HaveNamesAndMeanings) {
+TEST(FindingKinds, HaveNamesMeaningsAndRemedies) {
     std::set<std::string> names;
     for (int number = 0; number < KVT_FINDING_KINDS; ++number) {
         const auto kind = static_cast<kvt_finding_kind>(number);
@@ -200,7 +200,10 @@ TEST(FindingKinds, HaveNamesAndMeanings) {
         const std::string meaning = kvt_finding_meaning(kind);
         EXPECT_EQ(meaning.back(), '.') << name;
         EXPECT_LT(meaning.size(), 100U) << name;
+        const std::string remedy = kvt_finding_remedy(kind);
+        EXPECT_EQ(remedy.back(), '.') << name;
     }
+    EXPECT_STREQ(kvt_finding_remedy(KVT_FINDING_HEXADECIMAL), "Write the number in decimal.");
     EXPECT_EQ(kvt_finding_name(KVT_FINDING_KINDS), nullptr);
     EXPECT_EQ(kvt_finding_meaning(KVT_FINDING_KINDS), nullptr);
     EXPECT_EQ(kvt_finding_of_name("no-such-kind"), KVT_FINDING_KINDS);

@@ -170,5 +170,25 @@ TEST(CheckedTextFrames, WithCarriageReturnsAreExplained) {
         "for the reader, which stops here, and reads nothing below\n");
 }
 
+TEST(CheckedMessages, HaveAKindBelowOnlyWhereItHasARecord) {
+    const auto below = [](const std::string &name) {
+        return said_of("msg {\n  type:\n  " + name + "\n  end_job {\n  }\n}\n");
+    };
+    const std::string refused =
+        "no kind stands after 'type:' on its line: the reader refuses the text\n";
+    const std::string taken = "no kind stands after 'type:' on its line: the reader takes "
+                              "'END_JOB' from a line below, and does not read the block after "
+                              "it\n";
+    EXPECT_EQ(below("END_JOB"), taken);
+    EXPECT_EQ(below("NONE"), refused);
+    EXPECT_EQ(below("LAST"), refused);
+    EXPECT_EQ(below("END_JOC"), refused);
+    EXPECT_EQ(said_of("msg {\n  type:\n"), refused);
+    // The reader keeps 99 characters of a name, of which the first ones tell the kind.
+    for (const size_t length : {99U, 100U, 101U, 200U}) {
+        EXPECT_EQ(below("END_JOB" + std::string(length - 7, 'x')), taken) << length;
+    }
+}
+
 } // namespace
 } // namespace kvt_test
