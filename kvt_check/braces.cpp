@@ -18,14 +18,7 @@ bool is_balanced(const Line &line) {
 
 void check_after_brace(Check &check, const char *brace, const Line &line) {
     const std::string_view rest = trimmed(brace + 1, line.end);
-    if (rest.empty()) {
-        return;
-    }
-    if (is_needless_brace(rest)) {
-        report_needless_brace(check, rest);
-    } else if (is_comment(rest)) {
-        report_comment(check, rest);
-    } else {
+    if (!rest.empty() && !report_usual_rest(check, rest)) {
         check.findings.report(KVT_FINDING_BESIDE_BRACE, check.mark(rest),
                               "the reader skips what stands after the brace, ", Quoted{rest});
     }

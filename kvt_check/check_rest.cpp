@@ -114,18 +114,22 @@ bool is_comment(std::string_view text) {
            begins_with(text, ";");
 }
 
-bool is_needless_brace(std::string_view rest) {
-    return is_all(rest, [](char c) { return c == '{' || is_space(c); });
-}
-
 void report_comment(Check &check, std::string_view rest) {
     check.findings.report(KVT_FINDING_COMMENT, check.mark(rest),
                           "the format has no comments: the reader skips ", Quoted{rest});
 }
 
-void report_needless_brace(Check &check, std::string_view rest) {
-    check.findings.report(KVT_FINDING_NEEDLESS_BRACE, check.mark(rest),
-                          "no brace belongs here: the reader skips it");
+bool report_usual_rest(Check &check, std::string_view rest) {
+    if (is_comment(rest)) {
+        report_comment(check, rest);
+        return true;
+    }
+    if (is_all(rest, [](char c) { return c == '{' || is_space(c); })) {
+        check.findings.report(KVT_FINDING_NEEDLESS_BRACE, check.mark(rest),
+                              "no brace belongs here: the reader skips it");
+        return true;
+    }
+    return false;
 }
 
 void report_rest(Check &check, const Row &row, const Line &line, std::string_view value) {
@@ -135,11 +139,10 @@ void report_rest(Check &check, const Row &row, const Line &line, std::string_vie
         return;
     }
     const bool is_joined = rest.data() == at;
-    if (is_needless_brace(rest)) {
-        report_needless_brace(check, rest);
-    } else if (is_comment(rest)) {
-        report_comment(check, rest);
-    } else if (skip_invisible(rest.data(), line.end) == line.end) {
+    if (report_usual_rest(check, rest)) {
+        return;
+    }
+    if (skip_invisible(rest.data(), line.end) == line.end) {
         check.findings.report(KVT_FINDING_INVISIBLE, check.mark(rest), "the reader takes ",
                               Quoted{value}, " and skips what cannot be seen after it, ",
                               Quoted{rest});

@@ -94,14 +94,7 @@ void check_braces(Check &check, std::string_view value, const TextReading &readi
 
 void check_after_text(Check &check, const Line &line, const char *after) {
     const std::string_view rest = trimmed(after, line.end);
-    if (rest.empty()) {
-        return;
-    }
-    if (is_needless_brace(rest)) {
-        report_needless_brace(check, rest);
-    } else if (is_comment(rest)) {
-        report_comment(check, rest);
-    } else {
+    if (!rest.empty() && !report_usual_rest(check, rest)) {
         check.findings.report(KVT_FINDING_AFTER_TEXT, check.mark(rest),
                               "a text ends at its second quote: the reader skips what stands after "
                               "it, ",

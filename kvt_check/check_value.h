@@ -47,9 +47,9 @@ void report_rest(Check &check, const kvt_str::Row &row, const Line &line, std::s
 bool is_comment(std::string_view text);
 void report_comment(Check &check, std::string_view rest);
 
-/// True for opening braces alone.
-bool is_needless_brace(std::string_view rest);
-void report_needless_brace(Check &check, std::string_view rest);
+/// Tells of a comment, or of opening braces alone, after anything on a line. False, and nothing is
+/// told, for another rest.
+bool report_usual_rest(Check &check, std::string_view rest);
 
 // Each of these takes a line that begins with the row's key and a colon, and tells whether the
 // reader takes a value from that line. `unread` is what becomes of the field when it does not.

@@ -17,6 +17,7 @@
 #include "io/problems.h"
 #include "io/unread.h"
 #include "model/identity.h"
+#include "model/json_line.h"
 #include "json/to_json.h"
 
 namespace kvt_tool {
@@ -145,9 +146,7 @@ public:
     }
 
 private:
-    static std::string line(const Json &object) {
-        return object.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
-    }
+    static std::string line(const Json &object) { return json_line(object); }
 
     static Json place_of(const Message &message) {
         return {{"file", *message.input}, {"line", message.first_line}};

@@ -6,12 +6,12 @@
 #include <vector>
 
 #include "commands/command_line.h"
+#include "commands/printed_values.h"
 #include "io/messages.h"
-#include "io/output.h"
 #include "io/pipeline.h"
 #include "io/problems.h"
-#include "io/unread.h"
 #include "model/field_path.h"
+#include "model/json_line.h"
 #include "model/needle.h"
 #include "model/value_lines.h"
 #include "json/to_json.h"
@@ -26,13 +26,8 @@ struct FindOptions {
     unsigned threads = 1;
 };
 
-class FindJob {
+class FindJob : public PrintedValues {
 public:
-    struct Result {
-        std::string text;
-        Unread unread;
-    };
-
     FindJob(const Needle &needle, const FindOptions &options)
         : needle_(needle), options_(options), values_(std::get<FieldPath>(FieldPath::parse("**"))) {
     }
@@ -46,23 +41,13 @@ public:
         result.unread.note(unit, read);
     }
 
-    void begin(const InputFile &) { unread_.begin(); }
-
-    void take(Result &&result) {
-        unread_.take(result.unread);
-        found_ = found_ || !result.text.empty();
-        print(result.text);
-    }
-
     ExitStatus end(const std::string &, bool) const { return unread_.status(); }
-
-    bool found() const { return found_; }
 
 private:
     struct Match {
         std::string path;
         uint64_t line; ///< in the input; that of the message where the value's is not known
-        std::string value;
+        Json value;    ///< as words, in a string, unless JSON is printed
     };
 
     void search(const ReadMessage &message, std::string &text) const {
@@ -81,9 +66,9 @@ private:
         }
     }
 
-    std::string shown(const FoundField &found) const {
+    Json shown(const FoundField &found) const {
         if (options_.as_json) {
-            return to_json(found, {.guids = options_.guids}).dump();
+            return to_json(found, {.guids = options_.guids});
         }
         return shape_of(*found.row) == Shape::text ? shown_value(*found.row, found.record)
                                                    : found.value(options_.guids);
@@ -117,21 +102,19 @@ private:
 
     static std::string as_words(const ReadMessage &message, const Match &match) {
         return message.unit.input + ":" + std::to_string(match.line) + ": " + message.kind.name +
-               ": " + match.path + ": " + match.value + "\n";
+               ": " + match.path + ": " + match.value.get_ref<const std::string &>() + "\n";
     }
 
     static std::string as_json(const ReadMessage &message, const Match &match) {
         const Json object = {{"file", message.unit.input},   {"line", match.line},
                              {"message_line", message.line}, {"type", message.kind.name},
-                             {"path", match.path},           {"value", Json::parse(match.value)}};
-        return object.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
+                             {"path", match.path},           {"value", match.value}};
+        return json_line(object);
     }
 
     const Needle &needle_;
     const FindOptions &options_;
     FieldPath values_; ///< all
-    UnreadOfInput unread_;
-    bool found_ = false;
 };
 
 ExitStatus find_values(const std::vector<std::string> &inputs, const Needle &needle,

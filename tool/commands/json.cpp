@@ -8,6 +8,7 @@
 #include "io/output.h"
 #include "io/pipeline.h"
 #include "io/unread.h"
+#include "model/json_line.h"
 #include "model/printable.h"
 #include "json/schema.h"
 #include "json/to_json.h"
@@ -49,8 +50,8 @@ public:
     void work(const Unit &unit, Converted &result) const {
         const bool read = read_messages(unit, [&](const ReadMessage &message) {
             const Json json = to_json(message.kind, message.record, options_.form);
-            result.text += options_.lines ? printable_json(json.dump()) + "\n"
-                                          : in_list(printable_json(json.dump(2))) + ",\n";
+            result.text +=
+                options_.lines ? json_line(json) : in_list(printable_json(json.dump(2))) + ",\n";
         });
         result.unread.note(unit, read);
     }

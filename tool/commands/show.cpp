@@ -4,12 +4,12 @@
 #include <vector>
 
 #include "commands/command_line.h"
+#include "commands/printed_values.h"
 #include "io/messages.h"
-#include "io/output.h"
 #include "io/pipeline.h"
 #include "io/problems.h"
-#include "io/unread.h"
 #include "model/field_path.h"
+#include "model/json_line.h"
 #include "json/to_json.h"
 
 namespace kvt_tool {
@@ -23,13 +23,8 @@ struct ShowOptions {
     unsigned threads = 1;
 };
 
-class ShowJob {
+class ShowJob : public PrintedValues {
 public:
-    struct Result {
-        std::string text;
-        Unread unread;
-    };
-
     ShowJob(const FieldPath &path, const ShowOptions &options) : path_(path), options_(options) {}
 
     void work(const Unit &unit, Result &result) const {
@@ -42,17 +37,7 @@ public:
         result.unread.note(unit, read);
     }
 
-    void begin(const InputFile &) { unread_.begin(); }
-
-    void take(Result &&result) {
-        unread_.take(result.unread);
-        found_ = found_ || !result.text.empty();
-        print(result.text);
-    }
-
     ExitStatus end(const std::string &input, bool) { return unread_.end(input); }
-
-    bool found() const { return found_; }
 
 private:
     std::string as_words(const ReadMessage &message, const FoundField &found) const {
@@ -70,13 +55,11 @@ private:
                              {"type", message.kind.name},
                              {"path", found.path},
                              {"value", to_json(found, {.guids = options_.guids})}};
-        return object.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
+        return json_line(object);
     }
 
     const FieldPath &path_;
     const ShowOptions &options_;
-    UnreadOfInput unread_;
-    bool found_ = false;
 };
 
 /// Prints what a path leads to in the messages of all inputs, one value on a line. Messages of

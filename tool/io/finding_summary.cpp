@@ -4,6 +4,8 @@
 #include <nlohmann/json.hpp>
 #include <vector>
 
+#include "model/json_line.h"
+
 namespace kvt_tool {
 
 namespace {
@@ -49,8 +51,7 @@ std::string FindingSummary::lines(FindingForm form) const {
             const nlohmann::ordered_json object = {
                 {"count", group.count}, {"name", name},        {"severity", shown_severity},
                 {"key", key},           {"file", group.input}, {"line", group.line}};
-            lines += object.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace) +
-                     "\n";
+            lines += json_line(object);
             continue;
         }
         const std::string count = std::to_string(group.count);

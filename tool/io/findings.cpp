@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "kvt_check/characters.h"
+#include "model/json_line.h"
 #include "model/printable.h"
 #include "text/text.h"
 
@@ -62,11 +63,6 @@ struct Colours {
 
 constexpr Colours no_colours = {"", "", "", ""};
 constexpr Colours terminal_colours = {"\033[1m", "\033[1;31m", "\033[1;32m", "\033[0m"};
-
-std::string json_line(const nlohmann::ordered_json &object) {
-    using Replace = nlohmann::ordered_json::error_handler_t;
-    return printable_json(object.dump(-1, ' ', false, Replace::replace)) + "\n";
-}
 
 /// One check: where its findings go and in what form.
 struct Check {

@@ -188,7 +188,9 @@ run_in_terminal "kvt fmt --check *b.kvt"
 same "a terminal does not" "a.[31m.b.kvt" "${out%$'\r'}"
 printf 'msg {\n  type: JOB_ERROR\n  job_error {\n    \302\2331m: 4\n    \233x: 5\n    description: "\302\233\177"\n  }\n}\n' >controls.kvt
 for command in "check controls.kvt" "fmt controls.kvt" "check --format json controls.kvt" \
-    "json controls.kvt" "diff controls.kvt $examples/job_error.kvt"; do
+    "check --summary --format json controls.kvt" "json controls.kvt" "show --json description controls.kvt" \
+    "find --json m controls.kvt" "find --json \$'\\177' controls.kvt" \
+    "diff controls.kvt $examples/job_error.kvt" "diff --json controls.kvt $examples/job_error.kvt"; do
     run bash -c "kvt $command 2>&1 | LC_ALL=C sed '/^    description: /d' | LC_ALL=C tr -cd '\\177\\233'"
     same "no control characters beyond ASCII: $command" "" "$out"
 done
